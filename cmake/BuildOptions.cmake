@@ -1,0 +1,40 @@
+# What every target of this project is compiled with. Third-party code is not.
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# Sanitizers and coverage must reach third-party test code too, so they are global.
+if(SENSORDLL_SANITIZE)
+  add_compile_options(-fsanitize=${SENSORDLL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${SENSORDLL_SANITIZE})
+endif()
+
+find_package(Threads REQUIRED)
+
+add_library(sensordll_options INTERFACE)
+target_compile_options(sensordll_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+target_include_directories(sensordll_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_link_libraries(sensordll_options INTERFACE Threads::Threads)
+if(SENSORDLL_COVERAGE)
+  target_compile_options(sensordll_options INTERFACE --coverage -fno-inline)
+  target_link_options(sensordll_options INTERFACE --coverage)
+endif()
+
+# TinyXML comes without a CMake package.
+find_path(TINYXML_INCLUDE_DIR tinyxml.h REQUIRED)
+find_library(TINYXML_LIBRARY tinyxml REQUIRED)
+add_library(tinyxml INTERFACE)
+target_include_directories(tinyxml SYSTEM INTERFACE ${TINYXML_INCLUDE_DIR})
+target_compile_definitions(tinyxml INTERFACE TIXML_USE_STL)
+target_link_libraries(tinyxml INTERFACE ${TINYXML_LIBRARY})
+
+# inih: the C part of the parser of ini files.
+find_path(INIH_INCLUDE_DIR ini.h REQUIRED)
+find_library(INIH_LIBRARY inih REQUIRED)
+add_library(inih INTERFACE)
+target_include_directories(inih SYSTEM INTERFACE ${INIH_INCLUDE_DIR})
+target_link_libraries(inih INTERFACE ${INIH_LIBRARY})

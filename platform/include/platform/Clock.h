@@ -1,0 +1,61 @@
+// The one clock under VelmorTime and QVDeviceTime.
+//
+// It runs in one of two ways:
+//   real  (the default): waits take their time, the device time is the machine's local time;
+//   held: the time stands still until somebody moves it. A held clock makes a one-second pace cost a test nothing and
+//         makes a day of 24 hours repeatable.
+//
+// Waits on a held clock:
+//   - on a thread that a GThread runs, a wait blocks until the clock has been moved past its end;
+//   - on any other thread, a wait moves the clock on by its own length and returns at once.
+//
+// Threads: every function may be called from any thread; advance must not be called from a thread that a GThread runs.
+#pragma once
+
+#include "platform/Types.h"
+
+#include <ctime>
+
+namespace platform {
+
+// A calendar date and a time of day as the camera's own clock shows it (no time zone).
+struct CivilTime {
+    int year = 2024;  // e.g. 2024
+    int month = 1;    // 1 to 12
+    int day = 1;      // 1 to 31
+    int hour = 0;     // 0 to 23
+    int minute = 0;   // 0 to 59
+    int second = 0;   // 0 to 59
+};
+
+class PLATFORM_API Clock {
+public:
+    // Holds the clock at the given device time. Holding a held clock sets it to that time, forwards or back; waits that
+    // are already running keep what is left of their length.
+    static void hold(const CivilTime& p_stStart);
+
+    // Lets the clock run again: the device time is the machine's, and waits that were blocked take the rest of their
+    // length in real time.
+    static void release();
+
+    static bool isHeld();
+
+    // Moves a held clock on by p_nMicroseconds (0 or more). The clock stops at the end of each blocked wait on the way,
+    // in the order of time, lets that thread run, and goes on when every thread that a GThread runs is waiting on the
+    // clock again or has ended. When advance returns, all that was due has happened. A negative length, or a clock that
+    // is not held, does nothing and returns false.
+    //
+    // The caller must hold nothing that such a thread needs, or both wait for ever.
+    static bool advance(INT64 p_nMicroseconds);
+
+    // Blocks until every thread that a GThread runs is waiting on the held clock or has ended, without moving the clock.
+    static void settle();
+
+    // Microseconds since an arbitrary start; never goes back. On a held clock, the sum of all moves.
+    static INT64 monotonicMicroseconds();
+
+    // The device time now, held or real.
+    static CivilTime civilTime();
+};
+
+} // namespace platform

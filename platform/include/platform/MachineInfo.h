@@ -1,0 +1,36 @@
+// What the factory wrote about this camera, and its reader.
+#pragma once
+
+#include "platform/Types.h"
+
+#include <string>
+
+// A plain value; an empty one has device type 0 and empty texts.
+class MachineInfo {
+public:
+    // A number of DeviceType, or whatever else the file says.
+    u32 getDeviceType() const { return m_nDeviceType; }
+    void setDeviceType(u32 p_nType) { m_nDeviceType = p_nType; }
+
+    // The model of the main chip, for instance the name that selects entries of the module configuration.
+    const std::string& getHardwareModel() const { return m_strHardwareModel; }
+    void setHardwareModel(const std::string& p_strModel) { m_strHardwareModel = p_strModel; }
+
+    // The code of the board variant.
+    const std::string& getHardwareCode() const { return m_strHardwareCode; }
+    void setHardwareCode(const std::string& p_strCode) { m_strHardwareCode = p_strCode; }
+
+private:
+    u32 m_nDeviceType = 0;
+    std::string m_strHardwareModel;
+    std::string m_strHardwareCode;
+};
+
+class PLATFORM_API SystemInfoParser {
+public:
+    // Reads the ini file at this camera path: section [machine], keys "devicetype" (decimal), "hardwaremodel" and
+    // "hardwarecode". Returns true when the file could be read, was well formed and names a device type that is a decimal
+    // number below 2^32; otherwise returns false and leaves p_objInfo as it was. Blocks for as long as the medium takes;
+    // re-entrant.
+    static bool parseMachineInfo(const char* p_szPath, MachineInfo& p_objInfo);
+};

@@ -1,0 +1,46 @@
+// The configuration of one camera module (one channel), and its reader.
+#pragma once
+
+#include "platform/Types.h"
+
+#include <string>
+#include <vector>
+
+// A plain value; an empty one has module id 0 and empty texts.
+class ModuleConfigure {
+public:
+    // The kind of sensor.
+    u32 getModuleId() const { return m_nModuleId; }
+    void setModuleId(u32 p_nId) { m_nModuleId = p_nId; }
+
+    // A run of groups "(" name "=" value ")", for example "(max_scheme=4)(isInfrared=1)". At most 511 characters.
+    const std::string& getDetail() const { return m_strDetail; }
+    void setDetail(const std::string& p_strDetail) { m_strDetail = p_strDetail; }
+
+    // Free text for the driver. At most 255 characters.
+    const std::string& getParameters() const { return m_strParameters; }
+    void setParameters(const std::string& p_strParameters) { m_strParameters = p_strParameters; }
+
+private:
+    u32 m_nModuleId = 0;
+    std::string m_strDetail;
+    std::string m_strParameters;
+};
+
+class PLATFORM_API ModuleConfigureParser {
+public:
+    // Reads the XML file at this camera path:
+    //
+    //   <modules>
+    //     <device model="..." code="...">
+    //       <module id="..." detail="..." parameters="..."/>    one for each channel, in order
+    //     </device>
+    //   </modules>
+    //
+    // and sets p_vecModules to the modules of every device element whose model equals p_strModel and whose code equals
+    // p_strCode or is absent, in document order. Returns true when the file could be read and was well formed, also when
+    // nothing matched; otherwise returns false and leaves p_vecModules as it was. A text nested deeper than 64 levels
+    // is refused. Blocks for as long as the medium takes; re-entrant.
+    static bool parse(const char* p_szPath, const std::string& p_strModel, const std::string& p_strCode,
+                      std::vector<ModuleConfigure>& p_vecModules);
+};

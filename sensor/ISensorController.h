@@ -1,0 +1,266 @@
+// The image-sensor control of one camera channel: the one class that the host sees.
+//
+// Life: construct, setChannelID, setVideoStreamModule, init, operations, uinit, destroy. uinit may be followed by another
+// init. The destructor stops the background thread but releases no parameter set: call uinit first.
+//
+// Units and ranges of parameter values are those of the driver; the style document (getUIStyleFile) describes them.
+//
+// Threads. The host may call from several threads. Operations that touch the parameter sets take the controller's mutex
+// for their whole run and block while another one holds it; each comment below says so. init, uinit, construction and
+// destruction must have the controller to themselves. The controller's own thread ("SensorThread") takes no lock.
+//
+// A controller that is not initialised, or no longer, refuses every operation that needs a parameter set: such a call
+// returns its failure value, reports itself in the log and touches nothing. The direct operations on the driver work at
+// any time.
+#pragma once
+
+#include "platform/GThread.h"
+#include "platform/MachineInfo.h"
+#include "platform/ModuleConfigure.h"
+#include "platform/QVMutex.h"
+#include "platform/SensorZoomFocusParam.h"
+#include "platform/Types.h"
+#include "platform/VideoStreamModule.h"
+#include "sensor/KeyCmd.h"
+#include "sensor/config/KeyVal.h"
+#include "sensor/config/SysConfig.h"
+#include "sensor/diag/Export.h"
+#include "technic/RelaxedWord.h"
+
+#include <string>
+
+class SENSORDLL_API ISensorController {
+public:
+    // Creates the background thread object (not running) and reads the machine information. Does not touch the driver.
+    ISensorController();
+    ~ISensorController();
+    ISensorController(const ISensorController&) = delete;
+    ISensorController& operator=(const ISensorController&) = delete;
+
+    // --- Set-up and state ---------------------------------------------------------------------------------------------
+
+    // The channel, from 1. On a device of type 13 the channel is always 2, whatever is given. Before init. No lock.
+    void setChannelID(int p_nChannelID);
+
+    // The host's video module; never freed here, may be null. Before init. Until it is set, notifications are dropped.
+    void setVideoStreamModule(const VideoStreamModule* p_pModule);
+
+    // Builds the channel from its module configuration: the style document, the factory set, one parameter set a scheme,
+    // the parameter files; applies the starting scheme and starts the background thread. Returns true; steps that fail
+    // are reported in the log and do not stop it. False, without a change, on a controller that is initialised already.
+    // Blocks for file access, the driver and one pace of the background thread (a second). No lock.
+    bool init(const ModuleConfigure& p_objModuleConfigure);
+
+    // Stops the background thread and releases what init built. Does nothing on a controller that init has not built.
+    // Blocks until the thread is gone. No lock.
+    void uinit();
+
+    // Back to factory settings: deletes the stored parameter files of every channel and builds the controller anew.
+    // Returns true; false, without a change, on a controller that is not initialised. Mutex. Blocks like uinit and init.
+    bool resetParameters();
+
+    // The module id of the module configuration. No lock.
+    u32 getSensorType() const;
+
+    // True from the end of the first init on, also after uinit. No lock.
+    bool getSensorStatus() const;
+
+    // Does nothing.
+    void printDebugMsg();
+
+    // The lens lock. While it is on, driver commands 1536 to 1616 succeed without reaching the driver. Both return 0.
+    // No lock.
+    int getSensorZoomFocusParam(SensorZoomFocusParam& p_objParam);
+    int setSensorZoomFocusParam(SensorZoomFocusParam& p_objParam);
+
+    // --- Parameters -----------------------------------------------------------------------------------------------------
+
+    // Sets one parameter of the current scheme and sends it to the driver. With p_bCache a value that is already in force
+    // is not sent again, and the value is recorded in the current scheme (in memory; it reaches flash when stored).
+    // Returns 0, or the negated key at which it failed. Mutex.
+    int setParameter(int p_nKey, int p_nValue, bool p_bCache);
+
+    // The same for a text of "(key,value)" pairs in decimal, for example "(34,50)(2337,128)". Pairs are applied in order;
+    // the first failure ends the call, and what was applied before stays. A text without pairs succeeds. Malformed pairs
+    // are not reported: a field that does not parse keeps the value of the pair before it. Mutex.
+    int setParameters(const std::string& p_strText, bool p_bCache);
+
+    // Named setters: setParameter with p_bCache true. True when that returned 0. Arguments taken by reference are only
+    // read. Mutex.
+    bool setDNMode(int p_nMode);
+    bool setWDRSwitch(int& p_nOn);
+    bool setWDRStrength(int& p_nStrength);
+    bool setHLCSwitch(int& p_nOn);
+    bool setHLCStrength(int& p_nStrength);
+    bool setBLCSwitch(int& p_nOn);
+    bool setBLCStrength(int& p_nStrength);
+    bool setDefogSwitch(int& p_nOn);
+    bool setDefogStrength(int& p_nStrength);
+    bool set2DSwitch(int& p_nOn);
+    bool set2DMode(int& p_nMode);
+    bool set2DAutoMaxStrength(int& p_nStrength);
+    bool set2DManualMaxStrength(int& p_nStrength);
+    bool set3DSwitch(int& p_nOn);
+    bool set3DMode(int& p_nMode);
+    bool set3DAutoMaxStrength(int& p_nStrength);
+    bool set3DManualMaxStrength(int& p_nStrength);
+    bool setBeaway(int& p_nOn);
+    bool setWhiteMode(int p_nMode);
+
+    // Infrared and white light exclude each other: switching one on (1) first asks the driver for the other and switches
+    // it off. Any other value touches its own key only. The mutex is taken for each change, not across them.
+    bool setIRSwitch(int p_nOn);
+    bool setWhiteSwitch(int p_nOn);
+
+    // --- Schemes --------------------------------------------------------------------------------------------------------
+
+    // Applies a scheme: 0 to the number of user schemes minus 1, or that number for the factory scheme. Anything else is
+    // reported and changes nothing. Always true on an initialised controller. Mutex; waits in steps of half a second
+    // while a reset, a rollback or another switch is going on.
+    bool setParamScheme(int p_nScheme);
+
+    // The current scheme, -1 when none is applied. Always true. Mutex.
+    bool getParamScheme(int& p_nScheme);
+
+    // 0 manual, 1 automatic: whether the background thread switches schemes. Other values are reported and stored all the
+    // same (any value but 0 counts as automatic). Always true on an initialised controller. Mutex; waits as
+    // setParamScheme.
+    bool setParamMode(int p_nMode);
+    bool getParamMode(int& p_nMode);
+
+    // --- Style documents ------------------------------------------------------------------------------------------------
+
+    // The style document with the driver's current ranges, built anew each time; empty when it could not be built. Waits
+    // up to 30 times 50 ms for the image pipeline, then takes the mutex.
+    std::string getUIStyleFile();
+
+    // The common file and the language file of a language; those of the first language when the id is unknown, an empty
+    // text when there is none. Mutex.
+    std::string getUICommonFile(int p_nLanguageId);
+    std::string getUILanguageFile(int p_nLanguageId);
+
+    // Whether wide dynamic range is offered on this channel. Always true. No lock.
+    bool setShowWDRFalg(bool p_bShow);
+    bool getShowWDRFalg(bool& p_bShow);
+
+    // Whether the beaway function is offered, for all channels of the process. Always true. No lock.
+    bool setShowBeawayFalg(bool p_bShow);
+    bool getShowBeawayFalg(bool& p_bShow);
+
+    // --- Direct operations on the driver: no lock, no parameter set ------------------------------------------------------
+
+    // Each is true when every driver call that decides it succeeded. Outputs are as the driver left them otherwise.
+
+    bool getCmdExecStatus(int p_nCmd, int& p_nStatus);  // IA_EXEC_DONE or IA_EXEC_RUNNING
+
+    bool focusFar();   // one step; forces manual focus
+    bool focusNear();  // one step; forces manual focus
+    bool irisUp();     // one step; forces iris priority
+    bool irisDown();   // one step; forces iris priority
+    bool zoomIn();
+    bool zoomOut();
+    bool setPTZRunState(int p_nState);
+
+    // The text of the camera module's version; untouched on failure.
+    bool getCameraVerInf(std::string& p_strVersion);
+
+    // Position of the zoom motor, and its magnification in thousandths (1000 to 16000; untouched above position 31424).
+    bool getZoomValue(int& p_nPosition, int& p_nRatio);
+    bool setZoomValue(int p_nPosition);
+
+    bool setFocusValue(int p_nPosition);
+    bool getFocusValue(int& p_nPosition);
+    bool setFocusMode(int p_nMode);
+    bool getFocusMode(int& p_nMode);
+    bool setDNState(int p_nState);
+    bool getDNState(int& p_nState);  // 0 day, otherwise night
+    bool getAFStatistic(unsigned& p_nStatistic);
+    bool getWDR(int& p_nWDR);
+    bool setExposureStrategy(int& p_nStrategy);
+    bool getIRSwitch(int& p_nOn);
+    bool getWhiteSwitch(int& p_nOn);
+    bool getWhiteMode(int& p_nMode);
+    bool getIrisValue(int& p_nValue);
+    bool setIrisValue(int p_nValue);  // forces iris priority; up to 255 becomes 256, above 25600 becomes 1048576
+    bool getHeatStatus(bool& p_bHot);
+
+private:
+    friend class SensorControllerProbe;  // the one way for tests to look inside
+
+    // Bits of m_nFlags.
+    enum Flag : u32 {
+        init_flag = 1u << 0,       // init is running
+        uinit_flag = 1u << 1,      // uinit is running
+        inited_flag = 1u << 2,     // init has ended once; never cleared again
+        resetting_flag = 1u << 3,  // resetParameters is running
+        rollback_flag = 1u << 4,   // a rollback to the stored values is running
+        switching_flag = 1u << 5,  // a scheme is being applied
+    };
+    static constexpr u32 kBusyMask = resetting_flag | rollback_flag | switching_flag;
+    static constexpr u32 kApplyingMask = init_flag | resetting_flag | rollback_flag | switching_flag;
+
+    // Whether init has built the parameter sets and uinit has not released them; reports a refused caller.
+    bool isReady(const char* p_szCaller) const;
+
+    // Key-command table.
+    void buildKeyCmdMap();
+    int findFromKeyCmdMap(const keycmd* p_pMap, unsigned int p_nKey, keycmd& p_stRow) const;
+
+    // Driver gateway.
+    int doIaCmd(unsigned int p_nCmd, unsigned int p_nOpt, void* p_pData);
+    int doIaCmd_User(unsigned int p_nCmd, unsigned int p_nOpt, void* p_pData);
+    int notifyToVideo(int p_nKey, int p_nValue);
+
+    // Special-key handlers.
+    int doHwdr(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int doImageAdjust(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int test_debugParam(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int doDIS(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int doIaCmd_PanoTuning(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int doDNThr(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int doDNTime(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int doMirror(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+    int doBeaway(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
+
+    // Parameter cache.
+    int setKeyValToCache(u32 p_nScheme, u32 p_nKey, u32 p_nValue, bool p_bForce);
+    int getKeyValFromCache(u32 p_nScheme, u32 p_nKey, u32& p_nValue) const;
+    bool isKeyValSame(const KeyVal& p_stKeyVal) const;
+
+    // Write path: the list form. Takes no lock.
+    int setParameters(KeyVal* p_pKeyval, u32 p_nCount, bool p_bCache);
+
+    // Schemes.
+    int switch_to(int p_nScheme, bool p_bForce);
+    int LPR_switch_to(int p_nScheme);
+    int judgeCurScheme(int& p_nScheme, int& p_nSchedule);
+    int sensorThread();
+
+    // Members in the order and of the meaning of the camera's own record. Shared words are relaxed atomics; everything
+    // else changes only while the controller is built or released, or under m_objMutex.
+    SysConfig m_stSysConf;
+    RelaxedWord<u32> m_nCameraID{1};          // channel, from 1; the driver counts from 0
+    QVMutex m_objMutex;                       // serialises the host's operations on the parameter sets
+    GThread* m_pSensorThread = nullptr;       // owned
+    RelaxedWord<int> m_nLastScheme{-1};       // applied before the latest switch
+    RelaxedWord<u32> m_nCurScheme{0xFFFFFFFFu};  // applied now
+    RelaxedWord<u32> m_nParamMode{0};         // 0 manual, otherwise automatic
+    KeyVal** m_ppUserKeyVal = nullptr;        // owned: nSchemeSum + 1 sets, the last one the factory set
+    KeyVal* m_pstKeyValTmp = nullptr;         // owned: scratch, m_nKeyValSum records
+    KeyVal* m_pFctKeyVal = nullptr;           // the factory set; owns nothing after init
+    u32 m_nKeyValSum = 0;                     // records of every set
+    KeyVal* m_pKeyValWork = nullptr;          // owned: scratch for a patched set
+    keycmd* m_pKeyCmdMap = nullptr;           // owned
+    u32 m_nVersion = 8;                       // version of the parameter files; frozen
+    VideoStreamModule* m_pVideoStreamModule = nullptr;  // the host's
+    MachineInfo m_objMachineInfo;
+    RelaxedWord<u32> m_nFlags{0};             // Flag bits
+    u32 m_nKeyCmdNum = 160;                   // rows of m_pKeyCmdMap; 154 once it is built
+    RelaxedWord<u32> m_nLastSchedule{255};    // what the thread of a plate-recognition device last acted on
+    bool m_bLPRDevice = false;
+    RelaxedWord<bool> m_bShowWDRFalg{true};
+    RelaxedWord<bool> m_bScheduleSwitch{false};
+    RelaxedWord<bool> m_bDNSchemeSwitch{false};
+    bool m_bisLimitedIrPower = false;
+    SensorZoomFocusParam m_objZoomFocusParam;
+};
