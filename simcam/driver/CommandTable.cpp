@@ -1,0 +1,187 @@
+// The table of commands alone: one row each, ascending. simcam/README.md holds the same rows with units and choices.
+#include "simcam/Commands.h"
+
+namespace simcam {
+namespace {
+
+// clang-format off
+constexpr CommandRow kTable[] = {
+    {16, CommandKind::Value, 0, 3, 0, "exposure mode"},
+    {34, CommandKind::Value, 0, 100, 50, "brightness"},
+    {49, CommandKind::Dynamic, 0, 28, 7, "longest shutter"},
+    {50, CommandKind::Dynamic, 0, 28, 9, "fixed shutter"},
+    {65, CommandKind::Value, 0, 100, 60, "largest gain"},
+    {66, CommandKind::Value, 0, 100, 20, "fixed gain"},
+    {80, CommandKind::Value, 0, 1, 1, "automatic iris"},
+    {81, CommandKind::Value, 0, 100, 50, "iris speed"},
+    {82, CommandKind::Dynamic, 256, 25600, 25600, "iris position"},
+    {83, CommandKind::Action, 0, 10, 0, "open the iris"},
+    {84, CommandKind::Action, 0, 10, 0, "close the iris"},
+    {85, CommandKind::Value, 0, 100, 50, "largest opening of the automatic iris"},
+    {96, CommandKind::Value, 0, 4, 0, "metering area"},
+    {112, CommandKind::Value, 0, 1, 0, "highlight compensation"},
+    {113, CommandKind::Value, 0, 100, 50, "highlight compensation strength"},
+    {128, CommandKind::Value, 0, 1, 0, "backlight compensation"},
+    {129, CommandKind::Value, 0, 4, 0, "backlight compensation area"},
+    {130, CommandKind::Value, 0, 100, 50, "backlight compensation strength"},
+    {144, CommandKind::Value, 0, 3, 0, "day/night mode"},
+    {145, CommandKind::Shared, 0, 100, 20, "day to night threshold"},
+    {146, CommandKind::Shared, 0, 100, 40, "night to day threshold"},
+    {147, CommandKind::Value, 0, 120, 5, "day/night delay"},
+    {149, CommandKind::Shared, 0, 23, 18, "day to night hour"},
+    {150, CommandKind::Shared, 0, 59, 0, "day to night minute"},
+    {151, CommandKind::Shared, 0, 23, 6, "night to day hour"},
+    {152, CommandKind::Shared, 0, 59, 0, "night to day minute"},
+    {153, CommandKind::Value, 0, 1, 0, "day/night state"},
+    {154, CommandKind::Shared, 1, 7, 4, "day/night sensitivity"},
+    {155, CommandKind::Value, 0, 1, 1, "infrared against overexposure"},
+    {160, CommandKind::Value, 0, 1, 1, "infrared light"},
+    {161, CommandKind::Value, 0, 2, 1, "infrared mode"},
+    {162, CommandKind::Value, 0, 100, 100, "infrared near, most in automatic mode"},
+    {163, CommandKind::Value, 0, 100, 50, "infrared near, manual"},
+    {164, CommandKind::Value, 0, 100, 100, "infrared medium, most in automatic mode"},
+    {165, CommandKind::Value, 0, 100, 50, "infrared medium, manual"},
+    {166, CommandKind::Value, 0, 100, 100, "infrared far, most in automatic mode"},
+    {167, CommandKind::Value, 0, 100, 50, "infrared far, manual"},
+    {168, CommandKind::Value, 0, 1, 0, "white light"},
+    {169, CommandKind::Value, 0, 2, 1, "white light mode"},
+    {170, CommandKind::Value, 0, 100, 50, "white light near, manual"},
+    {171, CommandKind::Value, 0, 100, 50, "white light medium, manual"},
+    {172, CommandKind::Value, 0, 100, 50, "white light far, manual"},
+    {176, CommandKind::Value, 0, 1, 1, "place"},
+    {190, CommandKind::Value, 0, 255, 0, "test value 1"},
+    {191, CommandKind::Value, 0, 255, 0, "test value 2"},
+    {192, CommandKind::Value, 0, 255, 0, "test value 3"},
+    {193, CommandKind::Value, 0, 255, 0, "test value 4"},
+    {224, CommandKind::Value, 0, 2, 0, "light type"},
+    {225, CommandKind::Value, 0, 2, 0, "exposure strategy"},
+    {768, CommandKind::Value, 0, 6, 0, "white balance mode"},
+    {770, CommandKind::Value, 0, 255, 128, "red gain"},
+    {771, CommandKind::Value, 0, 255, 128, "blue gain"},
+    {1536, CommandKind::Value, 0, 2, 0, "focus mode"},
+    {1537, CommandKind::Dynamic, 0, 10, 4, "nearest auto focus distance"},
+    {1538, CommandKind::Value, 0, 2, 1, "auto focus sensitivity"},
+    {1539, CommandKind::Action, 0, 1, 0, "focus once"},
+    {1552, CommandKind::Value, 0, 10000, 2000, "focus position"},
+    {1553, CommandKind::Action, 0, 64, 0, "focus nearer"},
+    {1554, CommandKind::Action, 0, 64, 0, "focus farther"},
+    {1568, CommandKind::Value, 16384, 31424, 16384, "zoom position"},
+    {1569, CommandKind::Action, 0, 64, 0, "zoom in"},
+    {1570, CommandKind::Action, 0, 64, 0, "zoom out"},
+    {1571, CommandKind::Value, 0, 7, 3, "zoom speed"},
+    {1584, CommandKind::Value, 0, 4, 0, "digital zoom"},
+    {1606, CommandKind::Record, 0, 1, 0, "heater"},
+    {1616, CommandKind::Action, 0, 1, 0, "lens reset"},
+    {1632, CommandKind::Value, 0, 1, 0, "pan/tilt running"},
+    {1648, CommandKind::ReadOnly, 0, 10100, 0, "auto focus statistic"},
+    {2048, CommandKind::Value, 0, 1, 0, "lens distortion correction"},
+    {2064, CommandKind::Value, 0, 100, 50, "lens distortion correction strength"},
+    {2304, CommandKind::Value, 0, 1, 1, "2D noise reduction"},
+    {2305, CommandKind::Value, 0, 1, 0, "2D noise reduction mode"},
+    {2306, CommandKind::Value, 0, 100, 50, "2D noise reduction, most in automatic mode"},
+    {2307, CommandKind::Value, 0, 100, 50, "2D noise reduction, manual"},
+    {2308, CommandKind::Value, 0, 1, 1, "3D noise reduction"},
+    {2309, CommandKind::Value, 0, 1, 0, "3D noise reduction mode"},
+    {2312, CommandKind::Value, 0, 100, 50, "3D noise reduction, most in automatic mode"},
+    {2313, CommandKind::Value, 0, 100, 50, "3D noise reduction, manual"},
+    {2321, CommandKind::Value, 0, 100, 50, "sharpness"},
+    {2337, CommandKind::Value, 0, 100, 50, "saturation"},
+    {2353, CommandKind::Value, 0, 100, 50, "contrast"},
+    {2368, CommandKind::Value, 0, 1, 0, "wide dynamic range (WDR)"},
+    {2369, CommandKind::Value, 0, 100, 50, "wide dynamic range strength"},
+    {2384, CommandKind::Value, 0, 3, 0, "mirror"},
+    {2385, CommandKind::Value, 0, 1, 0, "beaway"},
+    {2400, CommandKind::Value, 0, 1, 0, "defog"},
+    {2401, CommandKind::Value, 0, 100, 50, "defog strength"},
+    {2416, CommandKind::Value, 0, 1, 0, "anti-shake"},
+    {2417, CommandKind::Value, 0, 100, 50, "anti-shake strength"},
+    {2432, CommandKind::Value, 0, 4, 0, "picture shift direction"},
+    {2433, CommandKind::Value, 1, 16, 1, "picture shift step"},
+    {2434, CommandKind::Value, -64, 0, -64, "picture shift, horizontal least"},
+    {2435, CommandKind::Value, 0, 64, 64, "picture shift, horizontal most"},
+    {2436, CommandKind::Value, -64, 64, 0, "picture shift, horizontal"},
+    {2437, CommandKind::Value, -64, 0, -64, "picture shift, vertical least"},
+    {2438, CommandKind::Value, 0, 64, 64, "picture shift, vertical most"},
+    {2439, CommandKind::Value, -64, 64, 0, "picture shift, vertical"},
+    {2464, CommandKind::Value, 0, 60, 0, "sensor frame rate"},
+    {2496, CommandKind::Record, 0, 0, 0, "module version"},
+    {2512, CommandKind::Value, 0, 1, 0, "freeze"},
+    {2528, CommandKind::Value, 0, 4, 0, "gamma curve"},
+    {2560, CommandKind::Value, 0, 1, 0, "focus again when day/night changes"},
+    {2816, CommandKind::Record, 0, 0, 0, "sensor check"},
+    {4112, CommandKind::Record, 0, 0, 0, "commands with dynamic ranges"},
+    {8100, CommandKind::Value, 1, 100, 10, "mixed stream distance"},
+    {8101, CommandKind::Value, -100, 100, 0, "mixed stream vertical offset"},
+    {8102, CommandKind::Value, -100, 100, 0, "mixed stream width offset"},
+    {8103, CommandKind::Value, -100, 100, 0, "mixed stream height offset"},
+    {8201, CommandKind::Value, 0, 10, 0, "thermal palette"},
+    {8202, CommandKind::Value, 0, 2, 0, "thermal detail mode"},
+    {8203, CommandKind::Value, 1, 60, 10, "flat-field correction period"},
+    {8204, CommandKind::Value, 0, 2, 1, "flat-field correction mode"},
+    {8205, CommandKind::Value, 0, 100, 50, "thermal contrast"},
+    {8206, CommandKind::Value, 0, 100, 50, "thermal brightness"},
+    {8207, CommandKind::Value, 0, 7, 3, "focus speed"},
+    {8208, CommandKind::Value, 0, 2, 0, "thermal detail type"},
+    {8209, CommandKind::Value, 1, 50, 5, "flat-field correction temperature"},
+    {8211, CommandKind::Value, 0, 1, 0, "shutter correction"},
+    {8212, CommandKind::Action, 0, 1, 0, "background correction"},
+    {8217, CommandKind::Value, 0, 1, 0, "temperature strip"},
+    {8231, CommandKind::Action, 0, 1, 0, "shutter reset"},
+    {9000, CommandKind::Value, 1, 100, 10, "panorama stitch distance"},
+    {9001, CommandKind::Action, 0, 1, 0, "panorama save"},
+    {9002, CommandKind::Action, 0, 1, 0, "panorama reset"},
+    {9003, CommandKind::Value, 0, 1, 0, "panorama preview"},
+    {9004, CommandKind::Value, 0, 1, 0, "panorama adjustment"},
+    {9005, CommandKind::Value, 0, 4, 0, "panorama sensor"},
+    {9101, CommandKind::Value, 0, 1, 0, "panorama adjustment, sensor 1"},
+    {9102, CommandKind::Value, -100, 100, 0, "panorama yaw, sensor 1"},
+    {9103, CommandKind::Value, -100, 100, 0, "panorama pitch, sensor 1"},
+    {9104, CommandKind::Value, -100, 100, 0, "panorama roll, sensor 1"},
+    {9105, CommandKind::Value, -100, 100, 0, "panorama horizontal offset, sensor 1"},
+    {9106, CommandKind::Value, -100, 100, 0, "panorama vertical offset, sensor 1"},
+    {9201, CommandKind::Value, 0, 1, 0, "panorama adjustment, sensor 2"},
+    {9202, CommandKind::Value, -100, 100, 0, "panorama yaw, sensor 2"},
+    {9203, CommandKind::Value, -100, 100, 0, "panorama pitch, sensor 2"},
+    {9204, CommandKind::Value, -100, 100, 0, "panorama roll, sensor 2"},
+    {9205, CommandKind::Value, -100, 100, 0, "panorama horizontal offset, sensor 2"},
+    {9206, CommandKind::Value, -100, 100, 0, "panorama vertical offset, sensor 2"},
+    {9301, CommandKind::Value, 0, 1, 0, "panorama adjustment, sensor 3"},
+    {9302, CommandKind::Value, -100, 100, 0, "panorama yaw, sensor 3"},
+    {9303, CommandKind::Value, -100, 100, 0, "panorama pitch, sensor 3"},
+    {9304, CommandKind::Value, -100, 100, 0, "panorama roll, sensor 3"},
+    {9305, CommandKind::Value, -100, 100, 0, "panorama horizontal offset, sensor 3"},
+    {9306, CommandKind::Value, -100, 100, 0, "panorama vertical offset, sensor 3"},
+    {9401, CommandKind::Value, 0, 1, 0, "panorama adjustment, sensor 4"},
+    {9402, CommandKind::Value, -100, 100, 0, "panorama yaw, sensor 4"},
+    {9403, CommandKind::Value, -100, 100, 0, "panorama pitch, sensor 4"},
+    {9404, CommandKind::Value, -100, 100, 0, "panorama roll, sensor 4"},
+    {9405, CommandKind::Value, -100, 100, 0, "panorama horizontal offset, sensor 4"},
+    {9406, CommandKind::Value, -100, 100, 0, "panorama vertical offset, sensor 4"},
+};
+// clang-format on
+
+constexpr std::size_t kCount = sizeof(kTable) / sizeof(kTable[0]);
+static_assert(151 == kCount, "every command of the driver");
+
+}  // namespace
+
+const CommandRow* commandTable(std::size_t& p_nCount) {
+    p_nCount = kCount;
+    return kTable;
+}
+
+const CommandRow* findCommand(u32 p_nCommand) {
+    std::size_t nLow = 0;
+    std::size_t nHigh = kCount;
+    while (nLow < nHigh) {
+        const std::size_t nMiddle = nLow + (nHigh - nLow) / 2;
+        if (kTable[nMiddle].command < p_nCommand) {
+            nLow = nMiddle + 1;
+        } else {
+            nHigh = nMiddle;
+        }
+    }
+    return nLow < kCount && kTable[nLow].command == p_nCommand ? &kTable[nLow] : nullptr;
+}
+
+}  // namespace simcam

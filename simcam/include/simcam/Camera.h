@@ -1,0 +1,56 @@
+// A simulated camera: the scene, the driver that looks at it, the video module, and what tests and programs steer them with.
+//
+//   simcam::Camera camera;
+//   controller.setVideoStreamModule(&camera.video());
+//   camera.scene().setLight(0.5);
+//   camera.faults().add(fault);
+//   std::cout << camera.transcript().text();
+//
+// Threads: any, once constructed.
+#pragma once
+
+#include "simcam/Driver.h"
+#include "simcam/Export.h"
+#include "simcam/Faults.h"
+#include "simcam/Scene.h"
+#include "simcam/Transcript.h"
+#include "simcam/VideoModule.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace simcam {
+
+struct CameraOptions {
+    int channels = kMaxChannels;          // 1 to kMaxChannels
+    std::size_t transcriptLimit = 10000;  // entries kept
+};
+
+// From its construction to its destruction, the camera is the one that ia_ioctrl_v2 reaches. Of several, the one that was
+// constructed last is reached; without any, ia_ioctrl_v2 returns IA_ERR_HARDWARE.
+//
+// The parts belong to the camera. A driver call that is under way on another thread while the camera is destroyed is
+// finished safely; the video module must not be called any more.
+class SIMCAM_API Camera {
+public:
+    explicit Camera(const CameraOptions& p_stOptions = {});
+    ~Camera();
+    Camera(const Camera&) = delete;
+    Camera& operator=(const Camera&) = delete;
+
+    Driver& driver();
+    SimVideoModule& video();
+    Scene& scene();
+    FaultList& faults();
+    Transcript& transcript();
+
+    // Driver and video module as they are after power-up. Scene, faults and transcript stay.
+    void powerCycle();
+
+    struct Parts;  // internal
+
+private:
+    std::shared_ptr<Parts> m_pParts;
+};
+
+}  // namespace simcam
