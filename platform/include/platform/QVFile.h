@@ -50,6 +50,10 @@ public:
     static bool exists(const char* p_szName);
 
 private:
+    bool openForReading();
+    bool openForWriting();
+    bool putInPlace();
+
     int m_nHandle = -1;
     bool m_bWriting = false;
     bool m_bFailed = false;
