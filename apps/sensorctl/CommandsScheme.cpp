@@ -1,0 +1,111 @@
+#include "apps/sensorctl/CommandError.h"
+#include "apps/sensorctl/Commands.h"
+#include "apps/sensorctl/NearestMatch.h"
+#include "apps/sensorctl/Number.h"
+#include "apps/sensorctl/Session.h"
+#include "apps/sensorctl/Text.h"
+
+namespace sensorctl {
+
+namespace {
+
+const char kGroup[] = "Schemes and style";
+
+Result scheme(Session& p_objSession, const Words& p_vecWords) {
+    ISensorController& controller = p_objSession.controller();
+    if (!p_vecWords.empty()) {
+        const int wanted = parseInt(p_vecWords[0], "the scheme");
+        if (!controller.setParamScheme(wanted)) {
+            return Result::failed("setParamScheme returned false", {{"wanted", wanted}});
+        }
+    }
+    int current = -1;
+    controller.getParamScheme(current);
+    return {true, "", {{"scheme", current}}, {}};
+}
+
+int parseMode(const std::string& p_strWord) {
+    const std::string word = lowerCase(p_strWord);
+    if ("manual" == word) {
+        return 0;
+    }
+    if ("auto" == word || "automatic" == word) {
+        return 1;
+    }
+    return parseInt(p_strWord, "the mode (0 manual, 1 auto)");
+}
+
+Result mode(Session& p_objSession, const Words& p_vecWords) {
+    ISensorController& controller = p_objSession.controller();
+    if (!p_vecWords.empty()) {
+        const int wanted = parseMode(p_vecWords[0]);
+        if (!controller.setParamMode(wanted)) {
+            return Result::failed("setParamMode returned false", {{"wanted", wanted}});
+        }
+    }
+    int current = 0;
+    controller.getParamMode(current);
+    return {true, "", {{"mode", current}}, {}};
+}
+
+Result show(Session& p_objSession, const Words& p_vecWords) {
+    ISensorController& controller = p_objSession.controller();
+    const std::string what = lowerCase(p_vecWords[0]);
+    const bool wdr = "wdr" == what;
+    if (!wdr && "beaway" != what) {
+        throw CommandError("show knows wdr and beaway, not " + quoted(p_vecWords[0]) +
+                           didYouMean(nearestMatch(what, {"wdr", "beaway"})));
+    }
+    if (p_vecWords.size() > 1) {
+        const bool wanted = parseSwitch(p_vecWords[1], "the flag");
+        wdr ? controller.setShowWDRFalg(wanted) : controller.setShowBeawayFalg(wanted);
+    }
+    bool current = false;
+    wdr ? controller.getShowWDRFalg(current) : controller.getShowBeawayFalg(current);
+    return {true, "", {{what, current}}, {}};
+}
+
+std::vector<std::string> linesOf(const std::string& p_strText) {
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < p_strText.size();) {
+        const std::size_t end = std::min(p_strText.find('\n', start), p_strText.size());
+        lines.push_back(p_strText.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+Result document(const std::string& p_strText) {
+    const Json data = {{"bytes", p_strText.size()}, {"document", p_strText}};
+    if (p_strText.empty()) {
+        return Result::failed("the document is empty", data);
+    }
+    return {true, "", data, linesOf(p_strText)};
+}
+
+Result style(Session& p_objSession, const Words&) {
+    return document(p_objSession.controller().getUIStyleFile());
+}
+
+Result common(Session& p_objSession, const Words& p_vecWords) {
+    return document(p_objSession.controller().getUICommonFile(parseInt(p_vecWords[0], "LANGUAGE")));
+}
+
+Result language(Session& p_objSession, const Words& p_vecWords) {
+    return document(p_objSession.controller().getUILanguageFile(parseInt(p_vecWords[0], "LANGUAGE")));
+}
+
+}  // namespace
+
+void addSchemeCommands(CommandTable& p_objTable) {
+    p_objTable.add({"scheme", "[N]", "apply a scheme, or show the current one (-1: none)", kGroup, 0, 1, scheme});
+    p_objTable.add(
+        {"mode", "[manual|auto|N]", "whether the controller switches schemes by itself", kGroup, 0, 1, mode});
+    p_objTable.add({"show", "wdr|beaway [0|1]", "offer a function in the style document, or show whether it is", kGroup,
+                    1, 2, show});
+    p_objTable.add({"style", "", "the style document of the user interface", kGroup, 0, 0, style});
+    p_objTable.add({"commonFile", "LANGUAGE", "the common file of a language", kGroup, 1, 1, common});
+    p_objTable.add({"languageFile", "LANGUAGE", "the language file of a language", kGroup, 1, 1, language});
+}
+
+}  // namespace sensorctl

@@ -1,0 +1,130 @@
+#include "apps/sensorctl/Interpreter.h"
+
+#include "apps/sensorctl/ClockText.h"
+#include "apps/sensorctl/CommandError.h"
+#include "apps/sensorctl/Commands.h"
+#include "apps/sensorctl/Interrupt.h"
+#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Tokeniser.h"
+
+#include <iostream>
+
+namespace sensorctl {
+
+Interpreter::Interpreter(Session& p_objSession, Output& p_objOutput, const Settings& p_stSettings)
+    : m_objSession(p_objSession), m_objOutput(p_objOutput), m_stSettings(p_stSettings) {
+    addAllCommands(m_objTable, *this);
+    if (m_stSettings.bTrace) {
+        m_objSession.camera().transcript().setObserver([this](const simcam::TranscriptEntry& p_stEntry) {
+            m_objOutput.transcript(simcam::toText(p_stEntry), jsonOf(p_stEntry));
+        });
+    }
+}
+
+Interpreter::~Interpreter() {
+    m_objSession.camera().transcript().setObserver({});
+}
+
+std::size_t Interpreter::run(LineSource& p_objLines) {
+    std::size_t failed = 0;
+    Line line;
+    while (!m_bQuit && !isInterrupted() && m_objOutput.isWhole() && p_objLines.next(line)) {
+        Words words;
+        Result result;
+        try {
+            words = line.vecWords ? *line.vecWords : tokenise(line.strText);
+        } catch (const CommandError& error) {
+            line.strProblem = line.strProblem.empty() ? error.what() : line.strProblem;
+        }
+        if (words.empty() && line.strProblem.empty()) {
+            continue;
+        }
+        ++m_nCommands;
+        result = runLine(line, words);
+        if (result.bOk) {
+            continue;
+        }
+        ++failed;
+        std::cerr << "sensorctl: " + line.stPosition.text() + ": " + printable(result.strError) + "\n" << std::flush;
+        if (!m_stSettings.bKeepGoing) {
+            break;
+        }
+    }
+    return failed;
+}
+
+Result Interpreter::runLine(const Line& p_stLine, const Words& p_vecWords) {
+    constexpr std::size_t kShownBytes = 200;  // of a line that is no command
+    if (!p_stLine.strProblem.empty()) {
+        const Result result = Result::failed(p_stLine.strProblem);
+        m_objOutput.result(p_stLine.stPosition, p_stLine.strText.substr(0, kShownBytes), result);
+        return result;
+    }
+    const std::string command = lineOfWords(p_vecWords);
+    if (m_stSettings.bTrace && "echo" != lowerCase(p_vecWords.front())) {
+        m_objOutput.command(command);
+    }
+    const Result result = evaluate(p_vecWords);
+    m_objOutput.result(p_stLine.stPosition, command, result);
+    return result;
+}
+
+Result Interpreter::evaluate(const Words& p_vecWords) {
+    try {
+        const Command& command = m_objTable.match(p_vecWords);
+        const std::uint64_t start = m_objSession.camera().transcript().total();
+        Result result = command.fnRun(m_objSession, Words(p_vecWords.begin() + 1, p_vecWords.end()));
+        m_objSession.settle();
+        if (Effect::speaks != command.eEffect) {
+            m_stLastResult = result;
+        }
+        if (Effect::acts == command.eEffect) {
+            m_nLastStart = start;
+            m_nLastEnd = m_objSession.camera().transcript().total();
+        }
+        return result;
+    } catch (const CommandError& error) {
+        return Result::failed(error.what());
+    } catch (const std::exception& error) {
+        return Result::failed(std::string("unexpected: ") + error.what());
+    }
+}
+
+std::vector<std::string> Interpreter::lastLines() const {
+    simcam::TranscriptFilter filter;
+    filter.after = m_nLastStart;
+    std::vector<std::string> lines;
+    for (const simcam::TranscriptEntry& entry : m_objSession.camera().transcript().entries(filter)) {
+        if (entry.number <= m_nLastEnd) {
+            lines.push_back(simcam::toText(entry, false));
+        }
+    }
+    return lines;
+}
+
+Json jsonOf(const simcam::TranscriptEntry& p_stEntry) {
+    const bool driver = simcam::TranscriptEntry::Kind::Driver == p_stEntry.kind;
+    Json data = {{"number", p_stEntry.number},
+                 {"time", clockText(p_stEntry.time)},
+                 {"microseconds", p_stEntry.microseconds},
+                 {"from", driver ? "driver" : "video"},
+                 {"channel", p_stEntry.channel}};
+    if (driver) {
+        data["option"] = simcam::optionName(p_stEntry.option);
+        data["command"] = p_stEntry.command;
+    } else {
+        data["key"] = p_stEntry.command;
+    }
+    data["before"] = p_stEntry.before;
+    data["after"] = p_stEntry.after;
+    if (!p_stEntry.text.empty()) {
+        data["text"] = p_stEntry.text;
+    }
+    data["result"] = p_stEntry.result;
+    if (0 != p_stEntry.fault) {
+        data["fault"] = p_stEntry.fault;
+    }
+    return data;
+}
+
+}  // namespace sensorctl

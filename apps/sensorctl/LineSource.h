@@ -1,0 +1,59 @@
+// Where the commands of a session come from.
+#pragma once
+
+#include "apps/sensorctl/Output.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sensorctl {
+
+struct Line {
+    Position stPosition;
+    std::string strText;     // as it was written
+    std::string strProblem;  // why the line cannot be used; empty when it can
+    // The words, where they come apart already (the command line of a shell).
+    std::optional<std::vector<std::string>> vecWords;
+};
+
+class LineSource {
+public:
+    virtual ~LineSource() = default;
+
+    // The next line; false at the end.
+    virtual bool next(Line& p_stLine) = 0;
+};
+
+// Commands in the arguments of the program, separated by arguments "--".
+class ArgumentLines : public LineSource {
+public:
+    explicit ArgumentLines(const std::vector<std::string>& p_vecArguments);
+    bool next(Line& p_stLine) override;
+
+private:
+    std::vector<std::vector<std::string>> m_vecCommands;
+    std::size_t m_nNext = 0;
+};
+
+// Lines of a file or of standard input. A line longer than kLongestLine is handed out cut, with its problem; what is left
+// of it is skipped.
+class StreamLines : public LineSource {
+public:
+    static constexpr std::size_t kLongestLine = 1024 * 1024;  // bytes; bounds what hostile input can make us hold
+
+    // Reads from the descriptor until its end or an interrupt; closes nothing.
+    StreamLines(int p_nDescriptor, const std::string& p_strName) : m_nDescriptor(p_nDescriptor), m_strName(p_strName) {}
+    bool next(Line& p_stLine) override;
+
+private:
+    bool fill();
+
+    const int m_nDescriptor;
+    const std::string m_strName;
+    std::string m_strBuffer;  // bytes read ahead
+    std::size_t m_nUsed = 0;  // of m_strBuffer
+    std::size_t m_nNumber = 0;
+};
+
+}  // namespace sensorctl

@@ -1,0 +1,76 @@
+#include "apps/sensorctl/Program.h"
+
+#include "apps/sensorctl/CommandError.h"
+#include "apps/sensorctl/Interpreter.h"
+#include "apps/sensorctl/Text.h"
+#include "platform/DeviceRoot.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <iostream>
+
+namespace sensorctl {
+
+namespace {
+
+// A descriptor to read commands from; closed at the end unless it is standard input.
+class Input {
+public:
+    explicit Input(const std::string& p_strScript)
+        : m_nDescriptor(p_strScript.empty() ? STDIN_FILENO : open(p_strScript.c_str(), O_RDONLY | O_CLOEXEC)) {}
+    ~Input() {
+        if (m_nDescriptor > STDIN_FILENO) {
+            close(m_nDescriptor);
+        }
+    }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+
+    bool isOpen() const { return -1 != m_nDescriptor; }
+    int descriptor() const { return m_nDescriptor; }
+
+private:
+    const int m_nDescriptor;
+};
+
+int run(const Options& p_stOptions, simcam::Camera& p_objCamera, LineSource& p_objLines) {
+    const LibraryOutput libraryOutput(p_stOptions.eLibraryOutput);
+    Output output(libraryOutput.resultDescriptor(), p_stOptions.bJson ? Output::Form::jsonLines : Output::Form::text);
+    Session session(p_objCamera, {p_stOptions.nChannel, p_stOptions.bRealTime, p_stOptions.stStart});
+    if (p_stOptions.debugLevel) {
+        session.debugSign().set(*p_stOptions.debugLevel, false);
+    }
+    Interpreter interpreter(session, output, {p_stOptions.bTrace, p_stOptions.bKeepGoing});
+    const std::size_t failed = interpreter.run(p_objLines);
+    const int status = 0 == failed ? kAllOk : kCommandFailed;
+    output.summary(interpreter.commands(), failed, status);
+    return output.isWhole() ? status : kOutputLost;
+}
+
+}  // namespace
+
+int runSession(const Options& p_stOptions, simcam::Camera& p_objCamera) {
+    // The directory may be named relative to where we are; the shell commands of the library may run elsewhere.
+    platform::setDeviceRoot(std::filesystem::canonical(p_stOptions.strRoot).string());
+    try {
+        if (!p_stOptions.vecCommands.empty()) {
+            ArgumentLines lines(p_stOptions.vecCommands);
+            return run(p_stOptions, p_objCamera, lines);
+        }
+        const Input input(p_stOptions.strScript);
+        std::error_code error;
+        if (!input.isOpen() || std::filesystem::is_directory(p_stOptions.strScript, error)) {
+            std::cerr << "sensorctl: the script " + quoted(p_stOptions.strScript) + " cannot be read\n";
+            return kUsage;
+        }
+        StreamLines lines(input.descriptor(), p_stOptions.strScript.empty() ? "standard input" : p_stOptions.strScript);
+        return run(p_stOptions, p_objCamera, lines);
+    } catch (const CommandError& error) {
+        std::cerr << std::string("sensorctl: ") + error.what() + "\n";
+        return kUsage;
+    }
+}
+
+}  // namespace sensorctl
