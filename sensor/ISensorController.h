@@ -27,6 +27,7 @@
 #include "sensor/diag/Export.h"
 #include "technic/RelaxedWord.h"
 
+#include <memory>
 #include <string>
 
 class SENSORDLL_API ISensorController {
@@ -199,6 +200,9 @@ private:
     static constexpr u32 kBusyMask = resetting_flag | rollback_flag | switching_flag;
     static constexpr u32 kApplyingMask = init_flag | resetting_flag | rollback_flag | switching_flag;
 
+    // What an operation that returns a code gives back on a controller that is not initialised.
+    static constexpr int kNotReady = -1;
+
     // Whether init has built the parameter sets and uinit has not released them; reports a refused caller.
     bool isReady(const char* p_szCaller) const;
 
@@ -210,8 +214,12 @@ private:
     int doIaCmd(unsigned int p_nCmd, unsigned int p_nOpt, void* p_pData);
     int doIaCmd_User(unsigned int p_nCmd, unsigned int p_nOpt, void* p_pData);
     int notifyToVideo(int p_nKey, int p_nValue);
+    bool setDriverValue(u32 p_nCmd, int p_nValue);
+    bool getDriverValue(u32 p_nCmd, int& p_nValue);
 
-    // Special-key handlers.
+    // Special-key handlers, and what they share.
+    u32 companion(u32 p_nKey) const;
+    int notifyUnsigned(u32 p_nKey, u32 p_nValue);
     int doHwdr(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
     int doImageAdjust(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
     int test_debugParam(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
@@ -222,41 +230,75 @@ private:
     int doMirror(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
     int doBeaway(unsigned int p_nKey, unsigned int p_nDir, void* p_pVal);
 
-    // Parameter cache.
+    // Parameter cache. setOf is null for a scheme that is not in the table.
+    KeyVal* setOf(u32 p_nScheme);
+    const KeyVal* setOf(u32 p_nScheme) const;
     int setKeyValToCache(u32 p_nScheme, u32 p_nKey, u32 p_nValue, bool p_bForce);
     int getKeyValFromCache(u32 p_nScheme, u32 p_nKey, u32& p_nValue) const;
     bool isKeyValSame(const KeyVal& p_stKeyVal) const;
 
-    // Write path: the list form. Takes no lock.
+    // Write path: the list form, and its steps. Takes no lock.
     int setParameters(KeyVal* p_pKeyval, u32 p_nCount, bool p_bCache);
+    bool applyEntry(u32 p_nIndex, KeyVal& p_stEntry, u32 p_nFirstKey, int& p_nResult);
+    void takeSchemeMode(u32 p_nMode);
+    bool applyOnSecondChannel(u32 p_nKey, u32& p_nValue);
+    bool shareDayNightKey(u32 p_nKey, u32 p_nValue);
+    bool isPowerAllowed(const KeyVal& p_stEntry);
+    bool followLightType(u32& p_nKey, u32 p_nValue);
+    int dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry);
+    void record(u32 p_nIndex, const KeyVal& p_stEntry);
+    bool setCached(u32 p_nKey, int p_nValue);
 
     // Schemes.
     int switch_to(int p_nScheme, bool p_bForce);
     int LPR_switch_to(int p_nScheme);
     int judgeCurScheme(int& p_nScheme, int& p_nSchedule);
+    void setSwitchingSource(u32 p_nMode);
+    bool beginSwitch(int p_nScheme);
+    void waitWhileBusy() const;
+
+    // Background thread: one cycle, and its steps. Takes no lock.
     int sensorThread();
+    int dayNightScheme();
+    bool isCurrent(int p_nScheme) const;
+    void switchByItself(int p_nScheme);
+    void followDayNightForPlates();
+    void followScheduleForPlates(int p_nScheme);
+
+    // Steps of init and resetParameters.
+    void buildFactorySet();
+    void allocateSets(KeyVal* p_pFactory);
+    void wipeIfVersionDiffers();
+    void readDeviceFacts();
+    std::string parameterFile(u32 p_nScheme) const;
+    void writeDefaults(u32 p_nScheme, const std::string& p_strFile);
+    void loadScheme(u32 p_nScheme);
+    void decideOfferedControls();
+    ModuleConfigure moduleConfigureForReset() const;
+
+    std::string languageText(int p_nLanguageId, char* LanguageFileEntry::*p_pText) const;
 
     // Members in the order and of the meaning of the camera's own record. Shared words are relaxed atomics; everything
     // else changes only while the controller is built or released, or under m_objMutex.
     SysConfig m_stSysConf;
-    RelaxedWord<u32> m_nCameraID{1};          // channel, from 1; the driver counts from 0
-    QVMutex m_objMutex;                       // serialises the host's operations on the parameter sets
-    GThread* m_pSensorThread = nullptr;       // owned
-    RelaxedWord<int> m_nLastScheme{-1};       // applied before the latest switch
-    RelaxedWord<u32> m_nCurScheme{0xFFFFFFFFu};  // applied now
-    RelaxedWord<u32> m_nParamMode{0};         // 0 manual, otherwise automatic
-    KeyVal** m_ppUserKeyVal = nullptr;        // owned: nSchemeSum + 1 sets, the last one the factory set
-    KeyVal* m_pstKeyValTmp = nullptr;         // owned: scratch, m_nKeyValSum records
-    KeyVal* m_pFctKeyVal = nullptr;           // the factory set; owns nothing after init
-    u32 m_nKeyValSum = 0;                     // records of every set
-    KeyVal* m_pKeyValWork = nullptr;          // owned: scratch for a patched set
-    keycmd* m_pKeyCmdMap = nullptr;           // owned
-    u32 m_nVersion = 8;                       // version of the parameter files; frozen
+    RelaxedWord<u32> m_nCameraID{1};                    // channel, from 1; the driver counts from 0
+    QVMutex m_objMutex;                                 // serialises the host's operations on the parameter sets
+    std::unique_ptr<GThread> m_pSensorThread;           // runs sensorThread
+    RelaxedWord<int> m_nLastScheme{-1};                 // applied before the latest switch
+    RelaxedWord<u32> m_nCurScheme{0xFFFFFFFFu};         // applied now
+    RelaxedWord<u32> m_nParamMode{0};                   // 0 manual, otherwise automatic
+    KeyVal** m_ppUserKeyVal = nullptr;                  // owned: nSchemeSum + 1 sets, the last one the factory set
+    KeyVal* m_pstKeyValTmp = nullptr;                   // owned: scratch, m_nKeyValSum records
+    KeyVal* m_pFctKeyVal = nullptr;                     // the factory set; owns nothing after init
+    u32 m_nKeyValSum = 0;                               // records of every set
+    KeyVal* m_pKeyValWork = nullptr;                    // owned: scratch for a patched set
+    keycmd* m_pKeyCmdMap = nullptr;                     // owned
+    u32 m_nVersion = 8;                                 // version of the parameter files; frozen
     VideoStreamModule* m_pVideoStreamModule = nullptr;  // the host's
     MachineInfo m_objMachineInfo;
-    RelaxedWord<u32> m_nFlags{0};             // Flag bits
-    u32 m_nKeyCmdNum = 160;                   // rows of m_pKeyCmdMap; 154 once it is built
-    RelaxedWord<u32> m_nLastSchedule{255};    // what the thread of a plate-recognition device last acted on
+    RelaxedWord<u32> m_nFlags{0};           // Flag bits
+    u32 m_nKeyCmdNum = 160;                 // rows of m_pKeyCmdMap; 154 once it is built
+    RelaxedWord<u32> m_nLastSchedule{255};  // what the thread of a plate-recognition device last acted on
     bool m_bLPRDevice = false;
     RelaxedWord<bool> m_bShowWDRFalg{true};
     RelaxedWord<bool> m_bScheduleSwitch{false};

@@ -25,9 +25,9 @@ struct LanguageFileEntry {
 
 struct SysConfig {
     ModuleConfig moduleConfig{};
-    u32 nSchemeSum = 0;                          // number of user schemes
-    u32 nLanguageSum = 0;                        // entries of pLanguageFiles
+    u32 nSchemeSum = 0;                           // number of user schemes
+    u32 nLanguageSum = 0;                         // entries of pLanguageFiles
     LanguageFileEntry* pLanguageFiles = nullptr;  // not owned; the texts of its entries are
-    char* szUIStyle = nullptr;                   // from malloc, owned: the merged style document, zero-terminated
-    u32 nDeviceType = 0;                         // a number of DeviceType
+    char* szUIStyle = nullptr;                    // from malloc, owned: the merged style document, zero-terminated
+    u32 nDeviceType = 0;                          // a number of DeviceType
 };

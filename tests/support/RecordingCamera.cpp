@@ -50,9 +50,13 @@ extern "C" int ia_ioctrl_v2(int channel, u32 cmd, u32 opt, void* data) {
     return g_pCamera->ioctrl(channel, cmd, opt, data);
 }
 
-RecordingCamera::RecordingCamera() { g_pCamera = this; }
+RecordingCamera::RecordingCamera() {
+    g_pCamera = this;
+}
 
-RecordingCamera::~RecordingCamera() { g_pCamera = nullptr; }
+RecordingCamera::~RecordingCamera() {
+    g_pCamera = nullptr;
+}
 
 void RecordingCamera::driverHolds(int p_nChannel, u32 p_nCmd, int p_nValue) {
     const std::lock_guard<std::mutex> guard(m_mutex);
@@ -130,7 +134,9 @@ std::vector<std::string> RecordingCamera::linesLike(const std::string& p_strStar
     return vecLines;
 }
 
-void RecordingCamera::record(const std::string& p_strLine) { m_vecLines.push_back(p_strLine); }
+void RecordingCamera::record(const std::string& p_strLine) {
+    m_vecLines.push_back(p_strLine);
+}
 
 int RecordingCamera::ioctrl(int p_nChannel, u32 p_nCmd, u32 p_nOpt, void* p_pData) {
     std::unique_lock<std::mutex> guard(m_mutex);

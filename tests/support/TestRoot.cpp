@@ -46,11 +46,17 @@ std::string TestRoot::read(const std::string& p_strName) const {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-bool TestRoot::exists(const std::string& p_strName) const { return fs::exists(m_strPath + p_strName); }
+bool TestRoot::exists(const std::string& p_strName) const {
+    return fs::exists(m_strPath + p_strName);
+}
 
-void TestRoot::remove(const std::string& p_strName) const { fs::remove_all(m_strPath + p_strName); }
+void TestRoot::remove(const std::string& p_strName) const {
+    fs::remove_all(m_strPath + p_strName);
+}
 
-void TestRoot::makeFolder(const std::string& p_strName) const { fs::create_directories(m_strPath + p_strName); }
+void TestRoot::makeFolder(const std::string& p_strName) const {
+    fs::create_directories(m_strPath + p_strName);
+}
 
 void TestRoot::debugLevel(int p_nLevel, bool p_bAssert) const {
     write("/mnt/mtd/sign/Debug.sign", std::to_string(p_nLevel) + "\n" + (p_bAssert ? "1" : "0") + "\n");

@@ -58,4 +58,4 @@ public:
     static CivilTime civilTime();
 };
 
-} // namespace platform
+}  // namespace platform

@@ -25,4 +25,4 @@ PLATFORM_API void setDeviceRoot(const std::string& p_strRoot);
 // The path on this machine of an absolute camera path; a relative or empty path comes back unchanged.
 PLATFORM_API std::string devicePath(const std::string& p_strCameraPath);
 
-} // namespace platform
+}  // namespace platform
