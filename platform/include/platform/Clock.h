@@ -7,9 +7,12 @@
 //
 // Waits on a held clock:
 //   - on a thread that a GThread runs, a wait blocks until the clock has been moved past its end;
-//   - on any other thread, a wait moves the clock on by its own length and returns at once.
+//   - on any other thread, a wait moves the clock on by its own length, as advance does, and returns.
 //
-// Threads: every function may be called from any thread; advance must not be called from a thread that a GThread runs.
+// There is one line of time. Holding the clock stops it there, moves push it on, releasing lets it run from there.
+//
+// Threads: every function may be called from any thread. Moves from several threads take turns, each by its whole length.
+// On a thread that a GThread runs, advance does nothing and returns false, and settle returns at once.
 #pragma once
 
 #include "platform/Types.h"
@@ -31,7 +34,7 @@ struct CivilTime {
 class PLATFORM_API Clock {
 public:
     // Holds the clock at the given device time. Holding a held clock sets it to that time, forwards or back; waits that
-    // are already running keep what is left of their length.
+    // are already running keep what is left of their length. Fields outside their range carry over into the next one.
     static void hold(const CivilTime& p_stStart);
 
     // Lets the clock run again: the device time is the machine's, and waits that were blocked take the rest of their
@@ -42,16 +45,20 @@ public:
 
     // Moves a held clock on by p_nMicroseconds (0 or more). The clock stops at the end of each blocked wait on the way,
     // in the order of time, lets that thread run, and goes on when every thread that a GThread runs is waiting on the
-    // clock again or has ended. When advance returns, all that was due has happened. A negative length, or a clock that
-    // is not held, does nothing and returns false.
+    // clock again or has ended. Waits that end at one moment end in the order in which their threads were started. When
+    // advance returns, all that was due has happened. A negative length, or a clock that is not held, does nothing and
+    // returns false; so does a clock that is released on the way, for what is left.
     //
-    // The caller must hold nothing that such a thread needs, or both wait for ever.
+    // The caller must hold nothing that such a thread needs, or both wait for ever. The same goes for whoever waits on a
+    // held clock on any other thread, and a GThread whose body never waits on the clock lets nobody move it.
     static bool advance(INT64 p_nMicroseconds);
 
     // Blocks until every thread that a GThread runs is waiting on the held clock or has ended, without moving the clock.
+    // On a clock that is not held it returns at once.
     static void settle();
 
-    // Microseconds since an arbitrary start; never goes back. On a held clock, the sum of all moves.
+    // Microseconds since an arbitrary start; never goes back. A held clock adds nothing but its moves: in a process that
+    // holds its clock before anything reads or waits on it, this is the sum of all moves.
     static INT64 monotonicMicroseconds();
 
     // The device time now, held or real.

@@ -20,9 +20,10 @@ class PLATFORM_API GThread {
 public:
     using Body = std::function<int()>;
 
-    // Nothing runs yet. The name is the thread's name in the system, cut to the 15 characters that the system keeps.
+    // Nothing runs yet. An empty start or exit function is skipped. The name is the thread's name in the system, cut to the 15 characters that the system keeps.
     GThread(Body p_fnBody, const std::string& p_strName, Body p_fnStart, Body p_fnExit);
-    ~GThread();  // as stop()
+    // As stop(). An object that its own thread destroys does not wait: the run ends alone, after the current call.
+    ~GThread();
     GThread(const GThread&) = delete;
     GThread& operator=(const GThread&) = delete;
 

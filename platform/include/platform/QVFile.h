@@ -25,12 +25,13 @@ public:
     QVFile& operator=(const QVFile&) = delete;
 
     // True when the file is open. Modes are modeRead (the file must exist) and modeWrite | modeTruncate (0x42, the file
-    // is created or replaced); any other mode, a null or empty name and a directory fail. An object that is open is
-    // closed first.
+    // is created or replaced, and keeps the permissions that it had); any other mode, a null or empty name and a directory
+    // fail, and for writing everything that is not a regular file. An object that is open is closed first.
     bool open(const char* p_szName, u32 p_nMode = modeRead);
 
     // Moves up to p_nCount bytes and returns how many, 0 at the end of the file; -1 on an object that is not open in that
-    // direction, on a negative count and on an error of the medium. A count of 0 moves nothing and returns 0.
+    // direction, on a negative count, on a null buffer and on an error of the medium before the first byte. A count of 0
+    // moves nothing and returns 0. After a write that failed or came out short every further one returns -1.
     int read(void* p_pBuffer, int p_nCount);
     int write(const void* p_pBuffer, int p_nCount);
 

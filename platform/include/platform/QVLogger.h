@@ -2,7 +2,7 @@
 //
 // A log named P is kept in at most `count` files: P (the newest), P.1, ... P.(count-1). When the next entry would make P
 // larger than `size` bytes, P becomes P.1, P.1 becomes P.2 and so on; the oldest is dropped. One entry never spans two
-// files; an entry larger than `size` is cut to it.
+// files; an entry larger than `size` is cut to it and still ends with a newline. The folder must exist.
 //
 // An entry is one write of "YYYY-MM-DD hh:mm:ss <tag> <text>", ended with a newline if the text has none.
 //

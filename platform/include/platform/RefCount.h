@@ -51,7 +51,8 @@ public:
     // address. Null for a null pointer. Blocks while the count that it is about to hand out is locked.
     ref_count* retrieveRefCount(const void* p_pObject, const char* p_szTypeName);
 
-    // Takes back a count whose references are gone; see above. Null is ignored.
+    // Takes back a count whose references are gone; see above. Null, a count that still has references and one that does
+    // not serve an object of this type are ignored.
     void returnbackRefCount(ref_count* p_pCount, const char* p_szTypeName);
 
 private:
