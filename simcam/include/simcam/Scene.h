@@ -10,8 +10,8 @@
 
 namespace simcam {
 
-// Daylight over a day. Between nightLux and dayLux the light follows the sun on a logarithmic scale: twilight begins
-// twilightMinutes before sunrise and ends twilightMinutes after it, and the same around sunset.
+// Daylight over a day: dayLux by day, nightLux by night. Twilight is centred on sunrise and on sunset: it begins
+// twilightMinutes before and ends twilightMinutes after; in it the light changes evenly on a logarithmic scale.
 struct DayCurve {
     int sunriseMinute = 6 * 60;  // minute of the day, 0 to 1439, before sunsetMinute
     int sunsetMinute = 20 * 60;  // minute of the day, 0 to 1439

@@ -22,34 +22,35 @@ struct TranscriptEntry {
     enum class Kind { Driver, Notification };
     Kind kind = Kind::Driver;
     std::uint64_t number = 0;  // from 1, without gaps, in the order in which the calls took effect
-    INT64 microseconds = 0;    // the platform clock's monotonic time of the call's end
+    INT64 microseconds = 0;    // time of the call's end on the platform's clock since the transcript began
     platform::CivilTime time;  // the device time at that moment
     int channel = 0;           // as the caller gave it: from 0 for the driver, from 1 for the video module
     u32 command = 0;           // driver command, or key of the notification
     u32 option = 0;            // IA_CMD_OPT_..., 0 for a notification
     std::vector<int> before;   // the 32-bit words handed in: of a set, a correction, a notification and a sensor check
-    std::vector<int> after;    // the 32-bit words that the caller finds at data after a call that succeeded: of every
-                               // option but a set; the heater's byte is one word; a range is kind, default, min, max
-                               // and then the items; the list of dynamic commands is the commands
-    std::string text;          // the text handed out (module version), otherwise empty
+    std::vector<int>
+        after;         // the 32-bit words that the caller finds at data after a call that was carried out: of every
+                       // option but a set; the heater's byte is one word; a range is kind, default, min, max
+                       // and then the items; the list of dynamic commands is the commands
+    std::string text;  // the text handed out (module version), otherwise empty
     int result = 0;
     int fault = 0;  // id of the fault that acted on the call, 0 for none
 };
 
 // The entry in one line, without a newline:
 //
-//   12:00:01.000000 ia ch0 set 34 50 = 0
-//   12:00:01.000000 ia ch0 set 145 20 40 0 = 0              a record: its words
-//   12:00:01.000000 ia ch0 get 153 -> 1 = 0
-//   12:00:01.000000 ia ch0 get 2496 -> "SIMCAM ..." = 0
-//   12:00:01.000000 ia ch0 correct 49 3 -> 7 = 0
-//   12:00:01.000000 ia ch0 range 49 -> kind 0 default 7 min 7 max 28 items 7 8 9 = 0
-//   12:00:01.000000 ia ch0 commands -> 49 50 82 1537 = 0
-//   12:00:01.000000 ia ch0 status 1568 -> 1 = 0
-//   12:00:01.000000 ia ch0 set 2369 50 = -5 fault 1
-//   12:00:01.000000 video ch1 2384 2 = 0
+//   12:00:01 +0.500000 ia ch0 set 34 50 = 0
+//   12:00:01 +0.500000 ia ch0 set 145 20 40 0 = 0              a record: its words
+//   12:00:01 +0.500000 ia ch0 get 153 -> 1 = 0
+//   12:00:01 +0.500000 ia ch0 get 2496 -> "SIMCAM ..." = 0
+//   12:00:01 +0.500000 ia ch0 correct 49 3 -> 7 = 0
+//   12:00:01 +0.500000 ia ch0 range 49 -> kind 0 default 7 min 7 max 28 items 7 8 9 = 0
+//   12:00:01 +0.500000 ia ch0 commands -> 49 50 82 1537 = 0
+//   12:00:01 +0.500000 ia ch0 status 1568 -> 1 = 0
+//   12:00:01 +0.500000 ia ch0 set 2369 50 = -5 fault 1
+//   12:00:01 +0.500000 video ch1 2384 2 = 0
 //
-// The number behind "=" is the result. Without p_bTime the line begins at "ia" or "video".
+// The time is the device time and the seconds since the transcript began. The number behind "=" is the result. Without p_bTime the line begins at "ia" or "video".
 SIMCAM_API std::string toText(const TranscriptEntry& p_stEntry, bool p_bTime = true);
 
 // "set", "get", "range", "correct", "status"; a number for an option that does not exist.
@@ -70,6 +71,8 @@ struct TranscriptFilter {
 };
 
 // Keeps the newest entries, up to a limit.
+//
+// A slow observer slows the callers down once as many entries as the limit are waiting for it.
 //
 // Threads: any. The observer is called without a lock, for one entry at a time and in their order, on a thread that made
 // one of the calls; it may call the camera, and must not wait for another thread that does.
@@ -105,10 +108,13 @@ public:
     void deliver();
 
 private:
+    void trim();  // with the lock
+
     mutable std::mutex m_mutex;  // guards everything below
     std::condition_variable m_condDelivered;
     std::deque<TranscriptEntry> m_queEntries;
     std::deque<TranscriptEntry> m_quePending;  // not yet observed
+    const INT64 m_nBegan;                      // monotonic microseconds
     std::size_t m_nLimit;
     std::uint64_t m_nTotal = 0;
     std::uint64_t m_nDropped = 0;
