@@ -103,7 +103,9 @@ TEST_F(Schedule, ASetWithFewerThanFiveRecordsHasNoWindow) {
     for (const std::size_t nSize : {std::size_t{0}, std::size_t{1}, std::size_t{4}}) {
         ISensorController other;
         SensorControllerProbe otherProbe(other);
-        otherProbe.buildSets(2, {records().begin(), records().begin() + static_cast<std::ptrdiff_t>(nSize)});
+        std::vector<KeyVal> vecRecords = records();
+        vecRecords.resize(nSize);
+        otherProbe.buildSets(2, vecRecords);
         int nScheme = 5;
         int nSchedule = 5;
         EXPECT_EQ(0, otherProbe.judgeCurScheme(nScheme, nSchedule));
