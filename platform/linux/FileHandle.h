@@ -14,8 +14,8 @@ ssize_t writeFully(int p_nHandle, const void* p_pBuffer, std::size_t p_nCount);
 // Takes the advisory lock of an open file, waiting for it.
 bool lockWhole(int p_nHandle);
 
-// True when the open file is the one that stands under this name now, and a regular one. Somebody who waited for the lock
-// of a file asks this afterwards: the file may have been renamed or removed meanwhile.
+// True when the open file is the one that stands under this name now, and a regular one. Somebody who waited for the
+// lock of a file asks this afterwards: the file may have been renamed or removed meanwhile.
 bool standsUnder(int p_nHandle, const std::string& p_strPath);
 
 // Opens, creating it if need be, and locks the regular file that stands under this name at that moment. -1 on failure.

@@ -41,8 +41,7 @@ private:
     }
 
     std::mutex m_mutex;
-    // Written by the holder alone. Another thread reads either its own number, which only it could have written, or some
-    // other one; so no order is needed.
+    // Written by the holder alone. A thread reads its own number only if it wrote that itself, so no order is needed.
     std::atomic<std::uint64_t> m_nOwner{kNobody};
 };
 

@@ -48,8 +48,8 @@ int ref_count::dec_reference() {
     return 0 == m_pState->references ? 0 : --m_pState->references;
 }
 
-// Lock order: a count, then the manager. Whoever has to wait for a count therefore lets go of the manager first and looks
-// again afterwards.
+// Lock order: a count, then the manager. Whoever has to wait for a count therefore lets go of the manager first and
+// looks again afterwards.
 struct RefCountManager::State {
     using Key = std::pair<const void*, std::string>;
 

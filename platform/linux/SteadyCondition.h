@@ -1,7 +1,7 @@
 // A condition variable whose time-outs count on the steady clock, whatever happens to the machine's date.
 //
-// Used with a std::mutex that the caller holds through a std::unique_lock, like std::condition_variable. That one is not
-// used because its steady time-out is invisible to the thread sanitizer.
+// Used with a std::mutex that the caller holds through a std::unique_lock, like std::condition_variable. That one is
+// not used because its steady time-out is invisible to the thread sanitizer.
 #pragma once
 
 #include "platform/Types.h"

@@ -124,8 +124,8 @@ void killGroup(pid_t p_nShell) {
     kill(p_nShell, SIGKILL);
 }
 
-// True when the shell ended in time; otherwise its group has been killed. A thread waits for it, because every other way
-// to wait for a process with a time-out needs a signal handler of the process or a recent kernel.
+// True when the shell ended in time; otherwise its group has been killed. A thread waits for it, because every other
+// way to wait for a process with a time-out needs a signal handler of the process or a recent kernel.
 bool endsWithin(pid_t p_nShell, INT64 p_nMicroseconds) {
     std::mutex mutex;
     platform::SteadyCondition changed;

@@ -17,8 +17,8 @@ struct Reading {
     std::optional<std::string> hardwareCode;
 };
 
-// Hands over one line as fgets does. A line that does not fit would be cut, and its rest taken for a line of its own; one
-// with a zero byte would lose its end. Both end the reading instead.
+// Hands over one line as fgets does. A line that does not fit would be cut, and its rest taken for a line of its own;
+// one with a zero byte would lose its end. Both end the reading instead.
 char* nextLine(char* p_szLine, int p_nSize, void* p_pReading) {
     Reading& reading = *static_cast<Reading*>(p_pReading);
     std::string strLine;

@@ -11,8 +11,8 @@
 //
 // There is one line of time. Holding the clock stops it there, moves push it on, releasing lets it run from there.
 //
-// Threads: every function may be called from any thread. Moves from several threads take turns, each by its whole length.
-// On a thread that a GThread runs, advance does nothing and returns false, and settle returns at once.
+// Threads: every function may be called from any thread. Moves from several threads take turns, each by its whole
+// length. On a thread that a GThread runs, advance does nothing and returns false, and settle returns at once.
 #pragma once
 
 #include "platform/Types.h"
@@ -49,16 +49,16 @@ public:
     // advance returns, all that was due has happened. A negative length, or a clock that is not held, does nothing and
     // returns false; so does a clock that is released on the way, for what is left.
     //
-    // The caller must hold nothing that such a thread needs, or both wait for ever. The same goes for whoever waits on a
-    // held clock on any other thread, and a GThread whose body never waits on the clock lets nobody move it.
+    // The caller must hold nothing that such a thread needs, or both wait for ever. The same goes for whoever waits on
+    // a held clock on any other thread, and a GThread whose body never waits on the clock lets nobody move it.
     static bool advance(INT64 p_nMicroseconds);
 
-    // Blocks until every thread that a GThread runs is waiting on the held clock or has ended, without moving the clock.
-    // On a clock that is not held it returns at once.
+    // Blocks until every thread that a GThread runs is waiting on the held clock or has ended, without moving the
+    // clock. On a clock that is not held it returns at once.
     static void settle();
 
-    // Microseconds since an arbitrary start; never goes back. A held clock adds nothing but its moves: in a process that
-    // holds its clock before anything reads or waits on it, this is the sum of all moves.
+    // Microseconds since an arbitrary start; never goes back. A held clock adds nothing but its moves: in a process
+    // that holds its clock before anything reads or waits on it, this is the sum of all moves.
     static INT64 monotonicMicroseconds();
 
     // The device time now, held or real.

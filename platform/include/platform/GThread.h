@@ -1,11 +1,11 @@
 // A thread that calls a body over and over until it is stopped.
 //
-// One run is: the start function, then the body again and again, then the exit function, all on the new thread. The value
-// that the three return is ignored. An exception that leaves one of them ends the run (the exit function is still called
-// unless it was the one that threw) with a line on standard error, never the process.
+// One run is: the start function, then the body again and again, then the exit function, all on the new thread. The
+// value that the three return is ignored. An exception that leaves one of them ends the run (the exit function is
+// still called unless it was the one that threw) with a line on standard error, never the process.
 //
-// A wait of the body (VelmorTime::wait) ends early when the thread is asked to stop. A body that waits for anything else
-// must come back by itself, or stop blocks.
+// A wait of the body (VelmorTime::wait) ends early when the thread is asked to stop. A body that waits for anything
+// else must come back by itself, or stop blocks.
 //
 // Threads: start and stop may be called from any thread; calls from several threads take turns.
 #pragma once
@@ -20,7 +20,8 @@ class PLATFORM_API GThread {
 public:
     using Body = std::function<int()>;
 
-    // Nothing runs yet. An empty start or exit function is skipped. The name is the thread's name in the system, cut to the 15 characters that the system keeps.
+    // Nothing runs yet. An empty start or exit function is skipped. The name is the thread's name in the system, cut to
+    // the 15 characters that the system keeps.
     GThread(Body p_fnBody, const std::string& p_strName, Body p_fnStart, Body p_fnExit);
     // As stop(). An object that its own thread destroys does not wait: the run ends alone, after the current call.
     ~GThread();
@@ -31,9 +32,9 @@ public:
     // ended by itself (an exception), start begins a new one.
     bool start();
 
-    // Asks the run to end, wakes a wait of its body and blocks until the thread is gone. True when nothing runs any more,
-    // also when nothing ever ran; false only when the thread itself calls it: then the request stands and the run ends
-    // after the current call of the body.
+    // Asks the run to end, wakes a wait of its body and blocks until the thread is gone. True when nothing runs any
+    // more, also when nothing ever ran; false only when the thread itself calls it: then the request stands and the
+    // run ends after the current call of the body.
     bool stop();
 
     // Whether a run is going on.

@@ -53,8 +53,8 @@ struct ia_dynamic_params_attr_st {
 static_assert(sizeof(ia_dynamic_params_attr_st) == 276, "frozen driver record");
 static_assert(offsetof(ia_dynamic_params_attr_st, item) == 20, "frozen driver record");
 
-// Commands 145, 146 and 154: the thresholds of the automatic day/night switch. Command 154 carries the sensitivity alone,
-// the other two carry both thresholds.
+// Commands 145, 146 and 154: the thresholds of the automatic day/night switch. Command 154 carries the sensitivity
+// alone, the other two carry both thresholds.
 struct dn_thr_st {
     u32 d2n_thr;         // day to night
     u32 n2d_thr;         // night to day

@@ -29,10 +29,10 @@ private:
 class PLATFORM_API SystemInfoParser {
 public:
     // Reads the ini file at this camera path: section [machine], keys "devicetype" (decimal), "hardwaremodel" and
-    // "hardwarecode". Returns true when the file could be read, was well formed and names a device type that is a decimal
-    // number below 2^32; otherwise returns false and leaves p_objInfo as it was. The other two keys may be missing: their
-    // texts are then empty. Not well formed are a line without "=", one longer than 198 bytes, one with a zero byte and a
-    // second value for one of the three keys; other sections and keys are skipped. Blocks for as long as the medium takes;
-    // re-entrant.
+    // "hardwarecode". Returns true when the file could be read, was well formed and names a device type that is a
+    // decimal number below 2^32; otherwise returns false and leaves p_objInfo as it was. The other two keys may be
+    // missing: their texts are then empty. Not well formed are a line without "=", one longer than 198 bytes, one with
+    // a zero byte and a second value for one of the three keys; other sections and keys are skipped. Blocks for as
+    // long as the medium takes; re-entrant.
     static bool parseMachineInfo(const char* p_szPath, MachineInfo& p_objInfo);
 };

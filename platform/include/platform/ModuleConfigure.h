@@ -38,11 +38,11 @@ public:
     //   </modules>
     //
     // and sets p_vecModules to the modules of every device element whose model equals p_strModel and whose code equals
-    // p_strCode or is absent, in document order. Returns true when the file could be read and was well formed, also when
-    // nothing matched; otherwise returns false and leaves p_vecModules as it was. The text ends at its first zero byte.
-    // One that is larger than 1 MiB, that is nested deeper than 64 levels or that is no UTF-8 is refused, and so is a
-    // matching module whose id is no decimal number below 2^32 or whose texts are longer than ModuleConfigure allows;
-    // detail and parameters may be missing. Blocks for as long as the medium takes; re-entrant.
+    // p_strCode or is absent, in document order. Returns true when the file could be read and was well formed, also
+    // when nothing matched; otherwise returns false and leaves p_vecModules as it was. The text ends at its first zero
+    // byte. One that is larger than 1 MiB, that is nested deeper than 64 levels or that is no UTF-8 is refused, and so
+    // is a matching module whose id is no decimal number below 2^32 or whose texts are longer than ModuleConfigure
+    // allows; detail and parameters may be missing. Blocks for as long as the medium takes; re-entrant.
     static bool parse(const char* p_szPath, const std::string& p_strModel, const std::string& p_strCode,
                       std::vector<ModuleConfigure>& p_vecModules);
 };

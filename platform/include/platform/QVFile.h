@@ -1,9 +1,9 @@
 // A file of the camera, named by its absolute camera path (see DeviceRoot.h).
 //
 // Writing is all or nothing. A file opened with modeWrite | modeTruncate collects its bytes in a sibling file
-// ("<name>.new"); close() flushes the sibling to the medium and renames it over the old file, then flushes the directory.
-// Until that rename the old content stands. A write that failed or came out short, a flush that failed or a process that
-// died leaves the old content as it was.
+// ("<name>.new"); close() flushes the sibling to the medium and renames it over the old file, then flushes the
+// directory. Until that rename the old content stands. A write that failed or came out short, a flush that failed or a
+// process that died leaves the old content as it was.
 //
 // Threads: one object belongs to one thread at a time. Two writers of one path take turns: the second open blocks until
 // the first has closed. All operations block for as long as the medium takes.
@@ -25,13 +25,14 @@ public:
     QVFile& operator=(const QVFile&) = delete;
 
     // True when the file is open. Modes are modeRead (the file must exist) and modeWrite | modeTruncate (0x42, the file
-    // is created or replaced, and keeps the permissions that it had); any other mode, a null or empty name and a directory
-    // fail, and for writing everything that is not a regular file. An object that is open is closed first.
+    // is created or replaced, and keeps the permissions that it had); any other mode, a null or empty name and a
+    // directory fail, and for writing everything that is not a regular file. An object that is open is closed first.
     bool open(const char* p_szName, u32 p_nMode = modeRead);
 
-    // Moves up to p_nCount bytes and returns how many, 0 at the end of the file; -1 on an object that is not open in that
-    // direction, on a negative count, on a null buffer and on an error of the medium before the first byte. A count of 0
-    // moves nothing and returns 0. After a write that failed or came out short every further one returns -1.
+    // Moves up to p_nCount bytes and returns how many, 0 at the end of the file; -1 on an object that is not open in
+    // that direction, on a negative count, on a null buffer and on an error of the medium before the first byte. A
+    // count of 0 moves nothing and returns 0. After a write that failed or came out short every further one returns
+    // -1.
     int read(void* p_pBuffer, int p_nCount);
     int write(const void* p_pBuffer, int p_nCount);
 

@@ -1,8 +1,8 @@
 // An append-only log on flash with rotation.
 //
-// A log named P is kept in at most `count` files: P (the newest), P.1, ... P.(count-1). When the next entry would make P
-// larger than `size` bytes, P becomes P.1, P.1 becomes P.2 and so on; the oldest is dropped. One entry never spans two
-// files; an entry larger than `size` is cut to it and still ends with a newline. The folder must exist.
+// A log named P is kept in at most `count` files: P (the newest), P.1, ... P.(count-1). When the next entry would make
+// P larger than `size` bytes, P becomes P.1, P.1 becomes P.2 and so on; the oldest is dropped. One entry never spans
+// two files; an entry larger than `size` is cut to it and still ends with a newline. The folder must exist.
 //
 // An entry is one write of "YYYY-MM-DD hh:mm:ss <tag> <text>", ended with a newline if the text has none.
 //
@@ -21,8 +21,8 @@ public:
     QVLogger(const QVLogger&) = delete;
     QVLogger& operator=(const QVLogger&) = delete;
 
-    // The camera path of the newest file, the size limit of each file in bytes and the number of files (both at least 1,
-    // smaller values count as 1). Opens nothing yet. False when the path is null or empty.
+    // The camera path of the newest file, the size limit of each file in bytes and the number of files (both at least
+    // 1, smaller values count as 1). Opens nothing yet. False when the path is null or empty.
     bool init(const char* p_szPath, int p_nSize, int p_nCount);
 
     // Appends one entry. False when init has not been called or the entry could not be written.

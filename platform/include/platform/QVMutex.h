@@ -1,8 +1,8 @@
 // A mutual exclusion lock that knows who holds it.
 //
 // The lock is not recursive. A second lock by the thread that already holds it would hang that thread for ever; it is
-// detected, both places are written to standard error in one line, and the process is aborted. An unlock by a thread that
-// does not hold the lock is written to standard error and changes nothing.
+// detected, both places are written to standard error in one line, and the process is aborted. An unlock by a thread
+// that does not hold the lock is written to standard error and changes nothing.
 //
 // Threads: any. lock blocks until the lock is free. A QVMutex must not be destroyed while somebody holds it.
 #pragma once

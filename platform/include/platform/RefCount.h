@@ -2,9 +2,9 @@
 //
 // Life of a count: RefCountManager::retrieveRefCount hands out the count of an object with one reference added (a new
 // count starts at one). inc_reference and dec_reference change it; both are called with the count locked. When
-// dec_reference returns 0, the caller deletes the object, gives the count back and only then unlocks it: a count that was
-// given back stays valid memory for ever (it is pooled, never freed), and is not handed out again before it is unlocked.
-// After that it may serve another object, which getPointer tells.
+// dec_reference returns 0, the caller deletes the object, gives the count back and only then unlocks it: a count that
+// was given back stays valid memory for ever (it is pooled, never freed), and is not handed out again before it is
+// unlocked. After that it may serve another object, which getPointer tells.
 //
 // Threads: any.
 #pragma once
@@ -51,8 +51,8 @@ public:
     // address. Null for a null pointer. Blocks while the count that it is about to hand out is locked.
     ref_count* retrieveRefCount(const void* p_pObject, const char* p_szTypeName);
 
-    // Takes back a count whose references are gone; see above. Null, a count that still has references and one that does
-    // not serve an object of this type are ignored.
+    // Takes back a count whose references are gone; see above. Null, a count that still has references and one that
+    // does not serve an object of this type are ignored.
     void returnbackRefCount(ref_count* p_pCount, const char* p_szTypeName);
 
 private:

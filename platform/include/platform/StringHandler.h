@@ -10,7 +10,8 @@
 class PLATFORM_API StringHandler {
 public:
     // Appends the pieces of p_strText between occurrences of the separator text. Blanks around a piece are kept; empty
-    // pieces are dropped ("a,,b" gives "a" and "b"). An empty separator gives the whole text as one piece. The text may itself stand in the list.
+    // pieces are dropped ("a,,b" gives "a" and "b"). An empty separator gives the whole text as one piece. The text may
+    // itself stand in the list.
     static void split(const std::string& p_strText, std::vector<std::string>& p_vecPieces,
                       const std::string& p_strSeparator);
 

@@ -1,8 +1,8 @@
-// The host's video module as the sensor library sees it. The host implements it and hands it in; the library never frees
-// it. It must outlive every controller that knows it.
+// The host's video module as the sensor library sees it. The host implements it and hands it in; the library never
+// frees it. It must outlive every controller that knows it.
 //
-// Threads: the library calls it from the host's threads and from each controller's own thread, without a lock of its own;
-// an implementation must be safe for that. It must not call back into the controller that calls it.
+// Threads: the library calls it from the host's threads and from each controller's own thread, without a lock of its
+// own; an implementation must be safe for that. It must not call back into the controller that calls it.
 #pragma once
 
 #include "platform/Types.h"
