@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr char kSourceFile[] = "ISensorController.cpp";
 constexpr u32 kRowSum = 154;
 
 // Copies a text with its terminator and leaves the bytes behind it; a longer text is cut to the field.

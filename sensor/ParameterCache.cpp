@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr char kSourceFile[] = "ISensorController.cpp";
-
 // The first record with this key, -1 without one. Keys never change after init, so that only values are shared words.
 int indexOf(const KeyVal* p_pSet, u32 p_nSum, u32 p_nKey) {
     const KeyVal* const pEnd = p_pSet + p_nSum;
