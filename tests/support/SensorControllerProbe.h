@@ -4,6 +4,8 @@
 #include "sensor/ISensorController.h"
 
 #include <cstdlib>
+#include <map>
+#include <string>
 #include <vector>
 
 class SensorControllerProbe {
@@ -30,6 +32,7 @@ public:
     bool limitedIrPower() const { return c.m_bisLimitedIrPower; }
     const keycmd* keyCmdMap() const { return c.m_pKeyCmdMap; }
     KeyVal* set(u32 p_nScheme) { return c.m_ppUserKeyVal[p_nScheme]; }  // up to and including the factory set
+    KeyVal** sets() { return c.m_ppUserKeyVal; }
     KeyVal* scratch() { return c.m_pstKeyValTmp; }
     KeyVal* work() { return c.m_pKeyValWork; }
     MachineInfo& machineInfo() { return c.m_objMachineInfo; }
@@ -95,6 +98,24 @@ public:
         keycmd stRow{};
         c.findFromKeyCmdMap(c.m_pKeyCmdMap, p_nKey, stRow);
         return stRow.pfnHandler;
+    }
+    // The handler of a name; null without one.
+    static KeyCmdHandler handlerNamed(const char* p_szName) {
+        using C = ISensorController;
+        static const std::map<std::string, KeyCmdHandler> kHandlers = {
+            {"doIaCmd", &C::doIaCmd},
+            {"doIaCmd_User", &C::doIaCmd_User},
+            {"doHwdr", &C::doHwdr},
+            {"doImageAdjust", &C::doImageAdjust},
+            {"test_debugParam", &C::test_debugParam},
+            {"doDIS", &C::doDIS},
+            {"doIaCmd_PanoTuning", &C::doIaCmd_PanoTuning},
+            {"doDNThr", &C::doDNThr},
+            {"doDNTime", &C::doDNTime},
+            {"doMirror", &C::doMirror},
+            {"doBeaway", &C::doBeaway},
+        };
+        return nullptr == p_szName ? nullptr : kHandlers.at(p_szName);
     }
     int setKeyValToCache(u32 p_nScheme, u32 p_nKey, u32 p_nValue, bool p_bForce) {
         return c.setKeyValToCache(p_nScheme, p_nKey, p_nValue, p_bForce);
