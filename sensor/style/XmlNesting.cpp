@@ -18,7 +18,7 @@ public:
         int nDeepest = 0;
         while (m_pNext < m_pEnd && nDeepest <= p_nEnough) {
             if ('<' != *m_pNext) {
-                skipCharacter();
+                skipText(nDepth);
             } else if (startsWith("<?xml", true)) {
                 skipDeclaration();
             } else if (startsWith("<!--", false)) {
@@ -73,13 +73,52 @@ private:
         m_pNext = static_cast<std::size_t>(m_pEnd - m_pNext) < p_nBytes ? m_pEnd : m_pNext + p_nBytes;
     }
 
+    // Between the top-level elements there is only white space: anything else ends the document there.
+    void skipText(int p_nDepth) {
+        const char* const pBefore = m_pNext;
+        skipSpace();
+        if (pBefore != m_pNext) {
+            return;
+        }
+        if (0 == p_nDepth) {
+            giveUp();
+        } else {
+            skipCharacter();
+        }
+    }
+
     // One character of running text: a lead byte takes the bytes that it announces with it, whatever they are.
     void skipCharacter() {
+        if ('&' == *m_pNext && '#' == m_pNext[1] && '\0' != m_pNext[2]) {
+            skipReference();
+            return;
+        }
         const unsigned char cByte = static_cast<unsigned char>(*m_pNext);
         skip(cByte >= 0xC2 && cByte <= 0xDF   ? 2
              : cByte >= 0xE0 && cByte <= 0xEF ? 3
              : cByte >= 0xF0 && cByte <= 0xF4 ? 4
                                               : 1);
+    }
+
+    // A character by its number. The library takes it from the next ";" backwards, digit by digit, to the nearest "x" (or
+    // "#" for a decimal one): whatever stands in front of that, tags and quotes included, vanishes in the reference.
+    void skipReference() {
+        const bool bHexadecimal = 'x' == m_pNext[2];
+        const char* const pFirst = m_pNext + (bHexadecimal ? 3 : 2);
+        const char* const pEnd = std::strchr(pFirst, ';');
+        if (nullptr == pEnd) {
+            giveUp();
+            return;
+        }
+        const char* pDigit = pEnd - 1;
+        for (; *pDigit != (bHexadecimal ? 'x' : '#'); --pDigit) {
+            const unsigned char cByte = static_cast<unsigned char>(*pDigit);
+            if (0 == (bHexadecimal ? std::isxdigit(cByte) : std::isdigit(cByte))) {
+                giveUp();
+                return;
+            }
+        }
+        m_pNext = pEnd + 1;
     }
 
     void skipPast(const char* p_szEnd, std::size_t p_nHead) {
