@@ -1,7 +1,8 @@
 // The messages of the library, as a test expects to see them on standard output and in the error log.
 //
 // Real lines of the source are written as "#" on both sides: anyLine turns every line number of an output or a log into
-// "#". Where a line number is frozen, compare without anyLine and give the number.
+// "#". Where a line number is frozen, compare without anyLine and give the number. anyPlace does the same for the
+// functions: for sites that may move between the functions of one source file.
 #pragma once
 
 #include <cctype>
@@ -9,31 +10,41 @@
 
 namespace messages {
 
-constexpr char kAnyLine[] = "#";
+constexpr char kAny[] = "#";
 
-// Every number behind "line:" becomes "#".
-inline std::string anyLine(const std::string& p_strText) {
-    static const std::string strMark = " line:";
+// Every word of letters, digits and underscores behind the mark becomes "#".
+inline std::string anyWordBehind(const std::string& p_strMark, const std::string& p_strText) {
+    const auto isOfWord = [](char p_cByte) {
+        return '_' == p_cByte || 0 != std::isalnum(static_cast<unsigned char>(p_cByte));
+    };
     std::string strResult;
     std::size_t nFrom = 0;
-    for (std::size_t nMark = p_strText.find(strMark); std::string::npos != nMark;
-         nMark = p_strText.find(strMark, nFrom)) {
-        const std::size_t nNumber = nMark + strMark.size();
-        strResult += p_strText.substr(nFrom, nNumber - nFrom);
-        nFrom = nNumber;
-        while (nFrom < p_strText.size() && 0 != std::isdigit(static_cast<unsigned char>(p_strText[nFrom]))) {
+    for (std::size_t nMark = p_strText.find(p_strMark); std::string::npos != nMark;
+         nMark = p_strText.find(p_strMark, nFrom)) {
+        const std::size_t nWord = nMark + p_strMark.size();
+        strResult += p_strText.substr(nFrom, nWord - nFrom);
+        nFrom = nWord;
+        while (nFrom < p_strText.size() && isOfWord(p_strText[nFrom])) {
             ++nFrom;
         }
-        strResult += nFrom > nNumber ? kAnyLine : "";
+        strResult += nFrom > nWord ? kAny : "";
     }
     return strResult + p_strText.substr(nFrom);
+}
+
+inline std::string anyLine(const std::string& p_strText) {
+    return anyWordBehind(" line:", p_strText);
+}
+
+inline std::string anyPlace(const std::string& p_strText) {
+    return anyWordBehind(" fun:", anyLine(p_strText));
 }
 
 // Where a message comes from.
 struct Place {
     std::string file;
     std::string function;
-    std::string line = kAnyLine;
+    std::string line = kAny;
 
     std::string text() const { return "file:" + file + " fun:" + function + " line:" + line + "\n"; }
 };
