@@ -179,7 +179,7 @@ void addExpectCommand(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
         usages.push_back(std::string(form.szName) + " " + form.szArguments);
     }
     p_objTable.add({"expect", join(usages, " | "),
-                    "fail unless this holds; sent, silent and count look at the latest command", "Checks", 1,
+                    "fail unless this holds; sent, silent and count look at the latest command that acts", "Checks", 1,
                     kAnyNumber,
                     [&p_objInterpreter](Session& p_objSession, const Words& p_vecWords) {
                         return expect(p_objSession, p_objInterpreter, p_vecWords);

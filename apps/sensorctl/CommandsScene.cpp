@@ -5,6 +5,9 @@
 #include "apps/sensorctl/Session.h"
 #include "apps/sensorctl/SubCommands.h"
 
+#include <cmath>
+#include <cstdio>
+
 namespace sensorctl {
 
 namespace {
@@ -16,14 +19,18 @@ constexpr double kHottest = 85;        // degrees Celsius, of the scene
 constexpr std::int64_t kDay = 86400;   // seconds
 constexpr std::int64_t kLongestAdvance = 7 * kDay;
 
+double rounded(double p_dNumber) {
+    return std::round(p_dNumber * 1000) / 1000;
+}
+
 Json stateOf(Session& p_objSession) {
     const simcam::Scene& scene = p_objSession.camera().scene();
     const simcam::SceneState state = scene.state();
     const int second = scene.secondOfDay();
     char clock[48];
     std::snprintf(clock, sizeof(clock), "%02d:%02d:%02d", second / 3600, second / 60 % 60, second % 60);
-    return {{"lux", scene.light()},
-            {"level", simcam::lightLevel(scene.light())},
+    return {{"lux", rounded(scene.light())},
+            {"level", rounded(simcam::lightLevel(scene.light()))},
             {"light", simcam::SceneState::Light::Fixed == state.light ? "fixed" : "day"},
             {"sceneClock", clock},
             {"clock", clockText(platform::Clock::civilTime())},
@@ -109,8 +116,8 @@ Result scene(Session& p_objSession, const Words& p_vecWords) {
 }  // namespace
 
 void addSceneCommands(CommandTable& p_objTable) {
-    p_objTable.add({"scene", "[" + argumentsOf(subCommands()) + "]",
-                    "what stands in front of the camera, and its clock", "Scene", 0, 5, scene});
+    p_objTable.add({"scene", argumentsOf(subCommands()),
+                    "what stands in front of the camera, and the clock; alone: show both", "Scene", 0, 5, scene});
 }
 
 }  // namespace sensorctl

@@ -24,12 +24,38 @@ Json describe(const Command& p_stCommand) {
             {"group", p_stCommand.strGroup}};
 }
 
+// The ways to write a command: its arguments, taken apart at " | ".
+std::vector<std::string> waysOf(const Command& p_stCommand) {
+    const std::string separator = " | ";
+    std::vector<std::string> ways;
+    std::size_t start = 0;
+    for (std::size_t end = 0; std::string::npos != end; start = end + separator.size()) {
+        end = p_stCommand.strArguments.find(separator, start);
+        const std::string arguments = p_stCommand.strArguments.substr(start, end - start);
+        ways.push_back(p_stCommand.strName + (arguments.empty() ? "" : " ") + arguments);
+    }
+    return ways;
+}
+
+// "  init [MODEL [CODE]]               initialise from the device root"; more ways to write it on lines of their own.
+void appendHelp(const Command& p_stCommand, std::vector<std::string>& p_vecLines) {
+    constexpr std::size_t kUsageWidth = 34;  // columns; the longest single usage and a gap
+    const std::vector<std::string> ways = waysOf(p_stCommand);
+    std::string first = "  " + (1 == ways.size() ? ways[0] : p_stCommand.strName);
+    first.resize(std::max(first.size() + 1, kUsageWidth + 2), ' ');
+    p_vecLines.push_back(first + p_stCommand.strSummary);
+    for (std::size_t i = 0; ways.size() > 1 && i < ways.size(); ++i) {
+        p_vecLines.push_back("      " + ways[i]);
+    }
+}
+
 Result helpForOne(const Command& p_stCommand) {
-    return {true, "", describe(p_stCommand), {usageOf(p_stCommand), "    " + p_stCommand.strSummary}};
+    std::vector<std::string> lines;
+    appendHelp(p_stCommand, lines);
+    return {true, "", describe(p_stCommand), lines};
 }
 
 Result helpForAll(const CommandTable& p_objTable) {
-    constexpr std::size_t kUsageWidth = 34;
     Json commands = Json::array();
     std::vector<std::string> lines;
     std::string group;
@@ -38,9 +64,7 @@ Result helpForAll(const CommandTable& p_objTable) {
             group = command.strGroup;
             lines.push_back((lines.empty() ? "" : "\n") + group);
         }
-        std::string usage = usageOf(command);
-        usage.resize(std::max(usage.size() + 1, kUsageWidth), ' ');
-        lines.push_back("  " + usage + command.strSummary);
+        appendHelp(command, lines);
         commands.push_back(describe(command));
     }
     return {true, "", {{"commands", commands}}, lines};
@@ -60,6 +84,15 @@ void addTalkCommands(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
     p_objTable.add({"echo", "[TEXT...]", "print the text", kGroup, 0, kAnyNumber, echo, Effect::speaks});
     p_objTable.add({"debug", "LEVEL [0|1]", "debug level and assertion switch of the library, until the session ends",
                     kGroup, 1, 2, debug, Effect::looks});
+    p_objTable.add({"trace", "[on|off]", "show commands and calls as they happen, or show whether they are", kGroup, 0,
+                    1,
+                    [&p_objInterpreter](Session&, const Words& p_vecWords) {
+                        if (!p_vecWords.empty()) {
+                            p_objInterpreter.trace(parseSwitch(p_vecWords[0], "the trace"));
+                        }
+                        return Result{true, "", {{"trace", p_objInterpreter.isTracing()}}, {}};
+                    },
+                    Effect::speaks});
     p_objTable.add({"help", "[COMMAND]", "what a command does, or all of them", kGroup, 0, 1,
                     [&p_objInterpreter](Session&, const Words& p_vecWords) {
                         const CommandTable& table = p_objInterpreter.table();

@@ -16,8 +16,8 @@ Result listing(Session& p_objSession, const std::string& p_strPattern, bool p_bF
     std::vector<std::string> lines;
     for (const simcam::TranscriptEntry& entry : transcript.entries(filter)) {
         if (matchesWords(simcam::toText(entry, false), p_strPattern)) {
-            entries.push_back(jsonOf(entry));
-            lines.push_back(simcam::toText(entry));
+            entries.push_back(jsonOf(p_objSession, entry));
+            lines.push_back(textOf(entry));
         }
     }
     lines.push_back(std::to_string(lines.size()) + " of " + std::to_string(transcript.total()) + " calls");
@@ -57,8 +57,8 @@ Result transcript(Session& p_objSession, const Words& p_vecWords) {
 }  // namespace
 
 void addTranscriptCommands(CommandTable& p_objTable) {
-    p_objTable.add({"transcript", "[" + argumentsOf(subCommands()) + "]",
-                    "what driver and video module were told so far", "Transcript", 0, kAnyNumber, transcript,
+    p_objTable.add({"transcript", argumentsOf(subCommands()),
+                    "what driver and video module were told; alone: all of it", "Transcript", 0, kAnyNumber, transcript,
                     Effect::looks});
 }
 

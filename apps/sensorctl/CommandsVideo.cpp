@@ -136,7 +136,7 @@ Result video(Session& p_objSession, const Words& p_vecWords) {
 }  // namespace
 
 void addVideoCommands(CommandTable& p_objTable) {
-    p_objTable.add({"video", "[" + argumentsOf(subCommands()) + "]", "the simulated video module of the channel",
+    p_objTable.add({"video", argumentsOf(subCommands()), "the simulated video module of the channel; alone: show it",
                     "Simulated video module", 0, kMostStreams + 1, video, Effect::looks});
 }
 

@@ -4,21 +4,23 @@
 #include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Interrupt.h"
+#include "apps/sensorctl/KeyNames.h"
 #include "apps/sensorctl/Text.h"
 #include "apps/sensorctl/Tokeniser.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace sensorctl {
 
 Interpreter::Interpreter(Session& p_objSession, Output& p_objOutput, const Settings& p_stSettings)
-    : m_objSession(p_objSession), m_objOutput(p_objOutput), m_stSettings(p_stSettings) {
+    : m_objSession(p_objSession), m_objOutput(p_objOutput), m_stSettings(p_stSettings), m_bTrace(p_stSettings.bTrace) {
     addAllCommands(m_objTable, *this);
-    if (m_stSettings.bTrace) {
-        m_objSession.camera().transcript().setObserver([this](const simcam::TranscriptEntry& p_stEntry) {
-            m_objOutput.transcript(simcam::toText(p_stEntry), jsonOf(p_stEntry));
-        });
-    }
+    m_objSession.camera().transcript().setObserver([this](const simcam::TranscriptEntry& p_stEntry) {
+        if (m_bTrace) {
+            m_objOutput.transcript(textOf(p_stEntry), jsonOf(m_objSession, p_stEntry));
+        }
+    });
 }
 
 Interpreter::~Interpreter() {
@@ -61,7 +63,8 @@ Result Interpreter::runLine(const Line& p_stLine, const Words& p_vecWords) {
         return result;
     }
     const std::string command = lineOfWords(p_vecWords);
-    if (m_stSettings.bTrace && "echo" != lowerCase(p_vecWords.front())) {
+    const std::string name = lowerCase(p_vecWords.front());
+    if (m_bTrace && "echo" != name && "expect" != name) {
         m_objOutput.command(command);
     }
     const Result result = evaluate(p_vecWords);
@@ -102,11 +105,35 @@ std::vector<std::string> Interpreter::lastLines() const {
     return lines;
 }
 
-Json jsonOf(const simcam::TranscriptEntry& p_stEntry) {
+namespace {
+
+// What the command or key is called; empty when it has no name.
+std::string subjectOf(const simcam::TranscriptEntry& p_stEntry) {
+    const simcam::CommandRow* const row = simcam::findCommand(p_stEntry.command);
+    if (simcam::TranscriptEntry::Kind::Driver == p_stEntry.kind) {
+        return nullptr == row ? "" : row->name;
+    }
+    return nameOfKey(p_stEntry.command);
+}
+
+}  // namespace
+
+std::string textOf(const simcam::TranscriptEntry& p_stEntry) {
+    constexpr std::size_t kTimeOfDay = sizeof("2024-05-01 ") - 1;
+    constexpr std::size_t kSubjectColumn = 48;  // behind most lines
+    std::string line = clockText(p_stEntry.time).substr(kTimeOfDay) + " " + simcam::toText(p_stEntry, false);
+    const std::string subject = subjectOf(p_stEntry);
+    if (!subject.empty()) {
+        line.resize(std::max(line.size() + 2, kSubjectColumn), ' ');
+    }
+    return line + subject;
+}
+
+Json jsonOf(const Session& p_objSession, const simcam::TranscriptEntry& p_stEntry) {
     const bool driver = simcam::TranscriptEntry::Kind::Driver == p_stEntry.kind;
     Json data = {{"number", p_stEntry.number},
                  {"time", clockText(p_stEntry.time)},
-                 {"microseconds", p_stEntry.microseconds},
+                 {"microseconds", p_stEntry.microseconds - p_objSession.startMicroseconds()},
                  {"from", driver ? "driver" : "video"},
                  {"channel", p_stEntry.channel}};
     if (driver) {
@@ -115,6 +142,7 @@ Json jsonOf(const simcam::TranscriptEntry& p_stEntry) {
     } else {
         data["key"] = p_stEntry.command;
     }
+    data["name"] = subjectOf(p_stEntry);
     data["before"] = p_stEntry.before;
     data["after"] = p_stEntry.after;
     if (!p_stEntry.text.empty()) {

@@ -8,6 +8,7 @@
 #include "apps/sensorctl/Output.h"
 #include "apps/sensorctl/Session.h"
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -38,6 +39,8 @@ public:
     // Runs one command without reporting it. Arguments that it cannot use are a failed result.
     Result evaluate(const Words& p_vecWords);
     void quit() { m_bQuit = true; }
+    void trace(bool p_bOn) { m_bTrace = p_bOn; }
+    bool isTracing() const { return m_bTrace; }
     // What the latest command that acts or looks answered.
     const Result& lastResult() const { return m_stLastResult; }
     // What driver and video module were told during the latest command that acts, as lines without the time.
@@ -55,9 +58,15 @@ private:
     std::uint64_t m_nLastEnd = 0;    // and after it
     std::size_t m_nCommands = 0;
     bool m_bQuit = false;
+    std::atomic<bool> m_bTrace;  // read by every thread that calls driver or video module
 };
 
-// A transcript entry by name, for JSON.
-Json jsonOf(const simcam::TranscriptEntry& p_stEntry);
+// A transcript entry as text, with the device time and what the command or key is called:
+// "12:00:01 ia ch0 set 34 60 = 0                    brightness".
+std::string textOf(const simcam::TranscriptEntry& p_stEntry);
+
+// The same by name, for JSON. Microseconds count from the start of the session, so that a held clock gives the same
+// transcript each time.
+Json jsonOf(const Session& p_objSession, const simcam::TranscriptEntry& p_stEntry);
 
 }  // namespace sensorctl

@@ -77,7 +77,8 @@ ParsedOptions parseOptions(const std::vector<std::string>& p_vecArguments, const
     app.set_version_flag("--version", std::string("sensorctl ") + SENSORCTL_VERSION);
     app.add_option("--root", options.strRoot, "Device root: the directory that holds the camera's files [CAMERA_ROOT]")
         ->type_name("DIR");
-    app.add_option("--script", options.strScript, "Read commands from this file")->type_name("FILE");
+    app.add_option("--script", options.strScript, "Read commands from this file; - is standard input")
+        ->type_name("FILE");
     app.add_option("--channel", options.nChannel, "Channel that commands go to, from 1")
         ->type_name("N")
         ->check(CLI::Range(1, kChannels));

@@ -46,7 +46,11 @@ int run(const Options& p_stOptions, simcam::Camera& p_objCamera, LineSource& p_o
     const std::size_t failed = interpreter.run(p_objLines);
     const int status = 0 == failed ? kAllOk : kCommandFailed;
     output.summary(interpreter.commands(), failed, status);
-    return output.isWhole() ? status : kOutputLost;
+    if (!output.isWhole()) {
+        std::cerr << "sensorctl: standard output cannot be written\n";
+        return kOutputLost;
+    }
+    return status;
 }
 
 }  // namespace
@@ -59,13 +63,14 @@ int runSession(const Options& p_stOptions, simcam::Camera& p_objCamera) {
             ArgumentLines lines(p_stOptions.vecCommands);
             return run(p_stOptions, p_objCamera, lines);
         }
-        const Input input(p_stOptions.strScript);
+        const std::string script = "-" == p_stOptions.strScript ? "" : p_stOptions.strScript;
+        const Input input(script);
         std::error_code error;
-        if (!input.isOpen() || std::filesystem::is_directory(p_stOptions.strScript, error)) {
-            std::cerr << "sensorctl: the script " + quoted(p_stOptions.strScript) + " cannot be read\n";
+        if (!input.isOpen() || std::filesystem::is_directory(script, error)) {
+            std::cerr << "sensorctl: the script " + quoted(script) + " cannot be read\n";
             return kUsage;
         }
-        StreamLines lines(input.descriptor(), p_stOptions.strScript.empty() ? "standard input" : p_stOptions.strScript);
+        StreamLines lines(input.descriptor(), script.empty() ? "standard input" : script);
         return run(p_stOptions, p_objCamera, lines);
     } catch (const CommandError& error) {
         std::cerr << std::string("sensorctl: ") + error.what() + "\n";

@@ -31,6 +31,7 @@ Session::Session(simcam::Camera& p_objCamera, const Settings& p_stSettings)
     if (!m_stSettings.bRealTime) {
         platform::Clock::hold(m_stSettings.stStart);
     }
+    m_nStart = platform::Clock::monotonicMicroseconds();
 }
 
 Session::~Session() {

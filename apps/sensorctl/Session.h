@@ -62,6 +62,8 @@ public:
 
     // --- Time ---
     bool isRealTime() const { return m_stSettings.bRealTime; }
+    // Of the platform's monotonic clock, when the session began.
+    INT64 startMicroseconds() const { return m_nStart; }
     // Lets the time pass: a held clock moves on, a real one is waited for. An interrupt ends a real wait early.
     void pass(INT64 p_nMicroseconds);
     // Sets a held clock. Throws CommandError when the clock is real.
@@ -83,6 +85,7 @@ private:
     const Settings m_stSettings;
     DebugSign m_objDebugSign;
     int m_nChannel;
+    INT64 m_nStart = 0;
     std::map<int, Channel> m_mapChannels;
 };
 
