@@ -30,7 +30,7 @@ constexpr u32 kFirstLensCmd = 1536;
 constexpr u32 kLastLensCmd = 1616;
 
 constexpr int kManualFocus = 1;
-constexpr int kIrisPriority = 3;
+constexpr int kManualExposure = 3;
 constexpr int kOneStep = 1;
 
 constexpr std::size_t kVersionSize = 50;  // bytes that the driver may write
@@ -120,11 +120,11 @@ bool ISensorController::focusNear() {
 }
 
 bool ISensorController::irisUp() {
-    return setDriverValue(KEY_EXPOSE_MODE, kIrisPriority) && setDriverValue(kIrisStepUp, kOneStep);
+    return setDriverValue(KEY_EXPOSE_MODE, kManualExposure) && setDriverValue(kIrisStepUp, kOneStep);
 }
 
 bool ISensorController::irisDown() {
-    return setDriverValue(KEY_EXPOSE_MODE, kIrisPriority) && setDriverValue(kIrisStepDown, kOneStep);
+    return setDriverValue(KEY_EXPOSE_MODE, kManualExposure) && setDriverValue(kIrisStepDown, kOneStep);
 }
 
 bool ISensorController::zoomIn() {
@@ -228,7 +228,7 @@ bool ISensorController::setIrisValue(int p_nValue) {
     constexpr int kHighest = 25600;
     constexpr int kAboveHighest = 0x100000;  // meant: far above the threshold, not the threshold
     const int nValue = p_nValue < kLowest ? kLowest : p_nValue > kHighest ? kAboveHighest : p_nValue;
-    return setDriverValue(KEY_EXPOSE_MODE, kIrisPriority) && setDriverValue(KEY_IRIS_POSITION, nValue);
+    return setDriverValue(KEY_EXPOSE_MODE, kManualExposure) && setDriverValue(KEY_IRIS_POSITION, nValue);
 }
 
 bool ISensorController::getHeatStatus(bool& p_bHot) {

@@ -156,8 +156,8 @@ public:
 
     bool focusFar();   // one step; forces manual focus
     bool focusNear();  // one step; forces manual focus
-    bool irisUp();     // one step; forces iris priority
-    bool irisDown();   // one step; forces iris priority
+    bool irisUp();     // one step; forces manual exposure
+    bool irisDown();   // one step; forces manual exposure
     bool zoomIn();
     bool zoomOut();
     bool setPTZRunState(int p_nState);
@@ -182,7 +182,7 @@ public:
     bool getWhiteSwitch(int& p_nOn);
     bool getWhiteMode(int& p_nMode);
     bool getIrisValue(int& p_nValue);
-    bool setIrisValue(int p_nValue);  // forces iris priority; up to 255 becomes 256, above 25600 becomes 1048576
+    bool setIrisValue(int p_nValue);  // forces manual exposure; up to 255 becomes 256, above 25600 becomes 1048576
     bool getHeatStatus(bool& p_bHot);
 
 private:
