@@ -27,9 +27,10 @@ public:
     Input(const std::uint8_t* p_pData, std::size_t p_nSize) : m_pData(p_pData), m_nLeft(p_nSize) {}
 
     std::uint8_t byte();
-    u32 word();          // four bytes, the lowest first, on every machine
-    std::string text();  // up to a zero byte, which is taken too
-    std::string rest();  // everything that is left, zero bytes included
+    u32 word();                               // four bytes, the lowest first, on every machine
+    std::string text();                       // up to a zero byte, which is taken too
+    std::string bytes(std::size_t p_nCount);  // so many, or what is left
+    std::string rest();                       // everything that is left, zero bytes included
     bool atEnd() const { return 0 == m_nLeft; }
 
 private:

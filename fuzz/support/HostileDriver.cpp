@@ -2,6 +2,8 @@
 
 #include "platform/ImageAdjust.h"
 
+#include <mutex>
+
 namespace {
 
 // Commands that read a record of their own.
@@ -10,6 +12,7 @@ constexpr u32 kHeater = 1606;
 constexpr u32 kSensorCheck = 2816;
 constexpr std::size_t kVersionTextSize = 50;  // bytes, the terminator included
 
+std::mutex g_objMutex;  // guards g_pInput and the input: a controller's own thread calls too
 fuzz::Input* g_pInput = nullptr;
 
 // Fills as many bytes of the record as the input has; the rest stays what the caller put there.
@@ -29,11 +32,13 @@ void answerText(void* p_pData) {
 }  // namespace
 
 void fuzz::driverAnswersFrom(Input* p_pInput) {
+    const std::lock_guard<std::mutex> guard(g_objMutex);
     g_pInput = p_pInput;
 }
 
 // The first byte of an answer is its result: 0 to 5 are the driver's own codes, of the others every second one fails.
 int ia_ioctrl_v2(int, u32 cmd, u32 opt, void* data) {
+    const std::lock_guard<std::mutex> guard(g_objMutex);
     if (nullptr == g_pInput) {
         return IA_OK;
     }
