@@ -11,6 +11,9 @@ namespace {
 
 std::vector<int> words(const void* p_pData, std::size_t p_nCount) {
     std::vector<int> vecWords(p_nCount);
+    if (vecWords.empty()) {
+        return vecWords;
+    }
     std::memcpy(vecWords.data(), p_pData, p_nCount * sizeof(int));
     return vecWords;
 }
