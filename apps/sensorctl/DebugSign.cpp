@@ -35,6 +35,9 @@ std::optional<std::string> contentOf(const std::string& p_strPath) {
 
 void DebugSign::set(int p_nLevel, bool p_bAssert) {
     const std::string path = platform::devicePath(kSignFile);
+    if (std::filesystem::is_directory(path)) {
+        throw CommandError(std::string(kSignFile) + " below the device root is a directory");
+    }
     if (!m_bChanged) {
         m_strBefore = contentOf(path);
     }

@@ -112,8 +112,9 @@ ParsedOptions parseOptions(const std::vector<std::string>& p_vecArguments, const
         return refuse(error.what());
     }
 
-    if (!options.vecCommands.empty() && startsWith(options.vecCommands.front(), "-") &&
-        "--" != options.vecCommands.front()) {
+    if (!options.vecCommands.empty() && "--" == options.vecCommands.front()) {
+        options.vecCommands.erase(options.vecCommands.begin());
+    } else if (!options.vecCommands.empty() && startsWith(options.vecCommands.front(), "-")) {
         return refuse(unknownOption(app, options.vecCommands.front()));
     }
     if (!options.vecCommands.empty() && !options.strScript.empty()) {

@@ -1,0 +1,55 @@
+#include "apps/sensorctl/CommandTable.h"
+
+#include "apps/sensorctl/CommandError.h"
+
+#include <gmock/gmock.h>
+
+namespace sensorctl {
+namespace {
+
+using testing::HasSubstr;
+
+CommandTable smallTable() {
+    const auto nothing = [](Session&, const Words&) { return Result{}; };
+    CommandTable table;
+    table.add({"set", "KEY VALUE", "set one", "group", 2, 3, nothing});
+    table.add({"getDNState", "", "state", "group", 0, 0, nothing});
+    return table;
+}
+
+std::string refusalOf(const Words& p_vecWords) {
+    try {
+        smallTable().match(p_vecWords);
+        return "taken";
+    } catch (const CommandError& error) {
+        return error.what();
+    }
+}
+
+TEST(CommandTable, ACommandIsFoundInAnyCase) {
+    const CommandTable table = smallTable();
+    EXPECT_EQ(table.find("getdnstate").strName, "getDNState");
+    EXPECT_EQ(table.find("SET").strName, "set");
+}
+
+TEST(CommandTable, AnUnknownCommandIsRefusedWithTheNearestName) {
+    EXPECT_EQ(refusalOf({"sett"}), "unknown command \"sett\"; did you mean \"set\"?");
+    EXPECT_EQ(refusalOf({"getDNStat"}), "unknown command \"getDNStat\"; did you mean \"getDNState\"?");
+    EXPECT_EQ(refusalOf({"frobnicate"}), "unknown command \"frobnicate\"");
+}
+
+TEST(CommandTable, TheNumberOfArgumentsIsChecked) {
+    EXPECT_EQ(refusalOf({"set", "a", "b"}), "taken");
+    EXPECT_EQ(refusalOf({"set", "a", "b", "c"}), "taken");
+    EXPECT_EQ(refusalOf({"set", "a"}), "set needs more arguments; usage: set KEY VALUE");
+    EXPECT_EQ(refusalOf({"set", "a", "b", "c", "d"}), "one argument too many for set: \"d\"; usage: set KEY VALUE");
+    EXPECT_THAT(refusalOf({"getDNState", "x"}), HasSubstr("one argument too many for getDNState: \"x\""));
+}
+
+TEST(CommandTable, TwoCommandsOfOneNameAreAMistakeOfTheProgram) {
+    CommandTable table = smallTable();
+    EXPECT_THROW(table.add({"SET", "", "", "", 0, 0, nullptr}), std::logic_error);
+}
+
+}  // namespace
+}  // namespace sensorctl

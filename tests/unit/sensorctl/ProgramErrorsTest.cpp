@@ -1,0 +1,153 @@
+// What sensorctl says to input that it cannot use. Nothing of it may reach the camera.
+#include "tests/unit/sensorctl/ProgramRun.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+struct Row {
+    const char* szName;
+    std::string strLine;
+    std::string strError;
+};
+
+void PrintTo(const Row& p_stRow, std::ostream* p_pStream) {
+    *p_pStream << p_stRow.szName;
+}
+
+class BadLine : public testing::TestWithParam<Row> {};
+
+TEST_P(BadLine, IsRefusedWithItsNumberAndNothingIsSent) {
+    const DeviceTree tree;
+    const ProgramResult run = runScript(tree, "# first line\n" + GetParam().strLine + "\n", {"--trace"});
+    EXPECT_EQ(run.nStatus, 1);
+    EXPECT_THAT(run.strErrors, HasSubstr("sensorctl: standard input:2: "));
+    EXPECT_THAT(run.strErrors, HasSubstr(GetParam().strError));
+    EXPECT_THAT(run.strOutput, testing::Not(HasSubstr("ia ch0")));
+    EXPECT_THAT(run.strOutput, testing::Not(HasSubstr("video ch1")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Program, BadLine,
+    testing::Values(
+        Row{"UnknownCommand", "gteZoomValue", "unknown command \"gteZoomValue\"; did you mean \"getZoomValue\"?"},
+        Row{"EmptyCommand", "\"\"", "unknown command \"\""},
+        Row{"UnknownKey", "set brigtness 60", "unknown key \"brigtness\"; did you mean \"brightness\"?"},
+        Row{"UnknownKeyWithoutValue", "set brigtness", "unknown key \"brigtness\"; did you mean \"brightness\"?"},
+        Row{"MissingValue", "set brightness", "set needs a value for \"brightness\""},
+        Row{"TrailingLetters", "set brightness 60%", "the value must be a whole number, not \"60%\""},
+        Row{"TooLarge", "set brightness 99999999999", "from -2147483648 to 2147483647"},
+        Row{"KeyTooLarge", "set 4294967330 1", "the key must be from 0 to 2147483647"},
+        Row{"BadHexadecimal", "set 0x 1", "the key must be a whole number, not \"0x\""},
+        Row{"UnknownWordBehindValue", "set brightness 60 nocash", "expected nocache, not \"nocash\""},
+        Row{"TooManyArguments", "set brightness 60 nocache now", "one argument too many for set: \"now\""},
+        Row{"TooFewArguments", "setWDRSwitch", "setWDRSwitch needs more arguments; usage: setWDRSwitch VALUE"},
+        Row{"UnknownSetter", "setter setWDRSwich 1", "did you mean \"setWDRSwitch\"?"},
+        Row{"SetterWithBadValue", "setHLCSwitch on", "the value must be a whole number"},
+        Row{"ModeWithBadWord", "mode sometimes", "the mode (0 manual, 1 auto) must be a whole number"},
+        Row{"UnknownFlag", "show wrd 1", "did you mean \"wdr\"?"},
+        Row{"FlagWithBadValue", "show wdr 2", "the flag must be 1 or 0"},
+        Row{"UnknownScene", "scene ligth 5", "scene does not know \"ligth\"; did you mean \"light\"?"},
+        Row{"SceneWithoutValue", "scene light", "usage: scene light LUX"},
+        Row{"NegativeLight", "scene light -1", "LUX must be from 0 to 200000"},
+        Row{"LightIsNoNumber", "scene light bright", "LUX must be a number"},
+        Row{"ImpossibleTime", "scene clock 25:00", "a time is HH:MM"},
+        Row{"HalfADay", "scene day 06:00", "usage: scene day [SUNRISE SUNSET [DAYLUX NIGHTLUX]]"},
+        Row{"NightBeforeDay", "scene day 20:00 06:00", "the scene does not take this day"},
+        Row{"WaitBackwards", "wait -5", "SECONDS must be from 0"}, Row{"NoCycles", "cycle 0", "N must be from 1"},
+        Row{"UnknownFaultField", "fault add cmd=34 reslut=-1",
+            "a fault has no field \"reslut\"; did you mean \"result\"?"},
+        Row{"FaultWithoutCommand", "fault add result=-1", "cmd"},
+        Row{"FaultWithBadNumber", "fault add cmd=34 result=bad", "result"},
+        Row{"FaultThatDoesNothing", "fault add cmd=34", "result"},
+        Row{"MissingFault", "fault remove 7", "there is no fault 7"},
+        Row{"UnknownFaultCommand", "fault lst", "did you mean \"list\"?"},
+        Row{"UnknownDriverCommand", "driver lense", "did you mean \"lens\"?"},
+        Row{"DriverWithoutTheCommand", "driver 99999", "has no value of command 99999"},
+        Row{"UnknownVideoCommand", "video stream 25,1x1", "did you mean \"streams\"?"},
+        Row{"BadStream", "video streams 25", "a stream is FPS,WIDTHxHEIGHT[,ENCODER], not \"25\""},
+        Row{"BadStreamWidth", "video streams 25,axb", "WIDTH must be a whole number"},
+        Row{"PipelineResultZero", "video startup 3 0", "RESULT must not be 0"},
+        Row{"NeverNotified", "video last brightness", "has not been told KEY_BRIGHTNESS (34)"},
+        Row{"ChannelTooHigh", "channel 5", "channels 1 to 4, not 5"},
+        Row{"DumpOfAMissingFile", "dump 0", "there is no /mnt/mtd/code/config_file/sensor0.cfg"},
+        Row{"DumpOfNoScheme", "dump scheme", "usage: dump [scheme] N [KEY]"},
+        Row{"FlashOfAMissingFile", "flash 0 brightness 1", "there is no /mnt/mtd/code/config_file/sensor0.cfg"},
+        Row{"DebugLevelTooHigh", "debug 10", "the level must be from -1 to 9"},
+        Row{"UnknownModel", "init NOSUCH 1", "0 module(s) for model \"NOSUCH\" code \"1\", none for channel 1"},
+        Row{"RestartBeforeInit", "restart", "has not been initialised yet"},
+        Row{"ResetBeforeInit", "reset", "resetParameters returned false"},
+        Row{"StyleBeforeInit", "style", "the document is empty"},
+        Row{"HelpForAnUnknownCommand", "help sets", "did you mean \"set\"?"},
+        Row{"UnknownExpectation", "expect snt x", "expect does not know \"snt\"; did you mean \"sent\"?"},
+        Row{"ExpectationWithoutWords", "expect sent", "usage: expect sent WORDS..."},
+        Row{"OpenQuote", "echo \"abc", "the quote in column 6 is not closed"},
+        Row{"ZeroByte", std::string("set\0brightness 60", 17), "byte 0x00 in column 4 is not text"},
+        Row{"BinaryData",
+            std::string("\x7F"
+                        "ELF\x02\x01\x01\0\0\0",
+                        10),
+            "byte 0x7F in column 1 is not text"},
+        Row{"VeryLongLine", std::string(2 * 1024 * 1024, 'a'), "the line is longer than 1048576 bytes"},
+        Row{"VeryLongWord", std::string(500000, 'a'), "unknown command \"aaaaaaaaaa"}),
+    [](const auto& p_stInfo) { return p_stInfo.param.szName; });
+
+TEST(ProgramErrors, MachineInformationIsNeededUnlessTheModelIsGiven) {
+    const DeviceTree tree;
+    tree.remove("/mnt/mtd/code/factory_setting/machineinfo.ini");
+    EXPECT_THAT(runScript(tree, "init\n").strErrors, HasSubstr("machineinfo.ini below the device root is missing"));
+    EXPECT_EQ(runScript(tree, "init Hi3516AV200 1001\n").nStatus, 0);
+    EXPECT_THAT(runScript(tree, "machine\n").strErrors, HasSubstr("missing or cannot be read"));
+}
+
+TEST(ProgramErrors, AModuleConfigurationThatCannotBeReadIsReported) {
+    const DeviceTree tree;
+    tree.write("/hd1/moduleConfig/moduleConfig.xml", "<modules><device>");
+    EXPECT_THAT(runScript(tree, "init\n").strErrors, HasSubstr("moduleConfig.xml below the device root is missing or"));
+}
+
+TEST(ProgramErrors, InitOnAnInitialisedControllerIsAFailure) {
+    const DeviceTree tree;
+    const ProgramResult run = runScript(tree, "init\ninit\n");
+    EXPECT_EQ(run.nStatus, 1);
+    EXPECT_THAT(run.strErrors, HasSubstr("standard input:2: init was refused"));
+}
+
+TEST(ProgramErrors, ARefusalOfTheLibraryNamesTheParameter) {
+    const DeviceTree tree;
+    const ProgramResult run = runScript(tree, "init\nfault add cmd=2337 opt=set result=-3\nset \"(34,51)(2337,60)\"\n");
+    EXPECT_EQ(run.nStatus, 1);
+    EXPECT_THAT(run.strErrors, HasSubstr("the library returned -2337, stopped at KEY_SATURATION (2337)"));
+}
+
+TEST(ProgramErrors, ADamagedParameterFileIsShownAndReported) {
+    const DeviceTree tree;
+    tree.write("/mnt/mtd/code/config_file/sensor0.cfg", std::string("\x22\0\0\0\x05\0\0\0junk!", 13));
+    const ProgramResult run = runScript(tree, "dump 0\n", {"--json"});
+    EXPECT_EQ(run.nStatus, 1);
+    const nlohmann::json result = run.jsonLines("result").at(0);
+    EXPECT_EQ(result["error"], "/mnt/mtd/code/config_file/sensor0.cfg ends in 5 bytes that are no record");
+    EXPECT_EQ(result["data"]["values"].size(), 1u);
+}
+
+TEST(ProgramErrors, AParameterThatAStoredFileDoesNotHoldIsReported) {
+    const DeviceTree tree;
+    tree.write("/mnt/mtd/code/config_file/sensor0.cfg", std::string("\x22\0\0\0\x05\0\0\0", 8));
+    EXPECT_THAT(runScript(tree, "dump 0 contrast\n").strErrors, HasSubstr("does not hold KEY_CONTRAST (2353)"));
+    EXPECT_THAT(runScript(tree, "flash 0 contrast 1\n").strErrors, HasSubstr("does not hold KEY_CONTRAST (2353)"));
+}
+
+TEST(ProgramErrors, HostileLinesDoNotHideTheOnesBehindThem) {
+    const DeviceTree tree;
+    const std::string script =
+        std::string(3 * 1024 * 1024, '\xFF') + "\n" + std::string(70000, '\0') + "\necho alive\n";
+    const ProgramResult run = runScript(tree, script, {"--keep-going"});
+    EXPECT_EQ(run.nStatus, 1);
+    EXPECT_THAT(run.strOutput, testing::EndsWith("alive\n"));
+    EXPECT_THAT(run.strErrors, HasSubstr("standard input:1: the line is longer"));
+    EXPECT_THAT(run.strErrors, HasSubstr("standard input:2: byte 0x00"));
+}
+
+}  // namespace

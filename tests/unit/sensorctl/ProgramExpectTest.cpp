@@ -1,0 +1,77 @@
+// Each form of expect, once where it holds and once where it does not.
+#include "tests/unit/sensorctl/ProgramRun.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+struct Row {
+    const char* szName;
+    std::string strBefore;
+    std::string strHolds;
+    std::string strFails;
+};
+
+void PrintTo(const Row& p_stRow, std::ostream* p_pStream) {
+    *p_pStream << p_stRow.szName;
+}
+
+class Expectation : public testing::TestWithParam<Row> {};
+
+TEST_P(Expectation, TellsTrueFromFalse) {
+    const DeviceTree tree;
+    const ProgramResult good = runScript(tree, GetParam().strBefore + "expect " + GetParam().strHolds + "\n");
+    EXPECT_EQ(good.nStatus, 0) << good.strErrors;
+    EXPECT_THAT(good.strOutput, testing::HasSubstr("  as expected: "));
+    const DeviceTree other;
+    const ProgramResult bad = runScript(other, GetParam().strBefore + "expect " + GetParam().strFails + "\n");
+    EXPECT_EQ(bad.nStatus, 1);
+    EXPECT_THAT(bad.strErrors, testing::HasSubstr("expected "));
+    EXPECT_THAT(bad.strErrors, testing::HasSubstr(", found "));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Program, Expectation,
+    testing::Values(Row{"Sent", "setDNState 1\n", "sent set 153 1", "sent set 153 0"},
+                    Row{"SentLooksAtTheLatestCommandOnly", "setDNState 1\nirisUp\n", "sent set 83 1", "sent set 153 1"},
+                    Row{"SentLooksPastCommandsThatOnlyLook", "setDNState 1\nstatus\ndriver 153\n", "sent set 153 1",
+                        "silent"},
+                    Row{"Silent", "uinit\n", "silent", "sent set"},
+                    Row{"SilentWithWords", "setDNState 1\n", "silent set 16", "silent set 153"},
+                    Row{"Count", "irisUp\n", "count 2", "count 1"},
+                    Row{"CountWithWords", "irisUp\n", "count 1 set 83", "count 2 set 83"},
+                    Row{"Transcript", "setDNState 1\nirisUp\n", "transcript set 153 1", "transcript set 84"},
+                    Row{"Answer", "setDNState 1\ngetDNState\n", "answer state 1", "answer state 0"},
+                    Row{"AnswerOfACommandThatOnlyLooks", "machine\n", "answer code 1001", "answer code 1002"},
+                    Row{"Scheme", "init\nscheme 2\n", "scheme 2", "scheme 0"},
+                    Row{"Mode", "init\nmode auto\n", "mode 1", "mode 0"},
+                    Row{"Driver", "setDNState 1\n", "driver 153 1", "driver 153 0"},
+                    Row{"File", "init\n", "file 2 brightness 50", "file 2 brightness 51"},
+                    Row{"Style", "init\n", "style 'id=\"34\"'", "style 'id=\"123456\"'"},
+                    Row{"Fail", "", "fail set brightness 60", "fail echo fine"},
+                    Row{"FailOfBadArguments", "", "fail scheme x y", "fail expect fail nonsense"}),
+    [](const auto& p_stInfo) { return p_stInfo.param.szName; });
+
+TEST(Expect, AnAnswerWithoutTheFieldIsRefusedWithTheNearestOne) {
+    const DeviceTree tree;
+    const ProgramResult run = runScript(tree, "getZoomValue\nexpect answer postion 1\n");
+    EXPECT_EQ(run.nStatus, 1);
+    EXPECT_THAT(run.strErrors, testing::HasSubstr("no field \"postion\"; did you mean \"position\"?"));
+}
+
+TEST(Expect, WhatIsFoundIsShownShort) {
+    const DeviceTree tree;
+    const ProgramResult run = runScript(tree, "init\nexpect sent nothing\n");
+    EXPECT_EQ(run.nStatus, 1);
+    EXPECT_THAT(run.strErrors, testing::HasSubstr("found \"ia ch0 commands -> 49 50 82 1537 = 0\", \""));
+    EXPECT_THAT(run.strErrors, testing::ContainsRegex("\" and [0-9]+ more"));
+}
+
+TEST(Expect, DriverAndFilesWithoutTheValueAreFailures) {
+    const DeviceTree tree;
+    for (const char* line : {"expect driver 99999 1", "expect file 0 brightness 1", "init\nexpect file 0 12 1"}) {
+        EXPECT_EQ(runScript(tree, std::string(line) + "\n").nStatus, 1) << line;
+    }
+}
+
+}  // namespace
