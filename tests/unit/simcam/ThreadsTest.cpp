@@ -1,5 +1,8 @@
 #include "SimulatedCamera.h"
 
+#include "platform/GThread.h"
+#include "platform/VelmorTime.h"
+
 #include <atomic>
 #include <thread>
 
@@ -74,17 +77,31 @@ TEST_F(Threads, AValueMayLieInASetThatOthersUse) {
 }
 
 TEST_F(Threads, ADelayDoesNotHoldTheOthersUp) {
-    // The delayed call waits on a real clock for far longer than the test takes; the other call must come through.
     simcam::Fault stFault;
     stFault.command = 34;
-    stFault.delayMicroseconds = 1000;
+    stFault.times = 1;
+    stFault.delayMicroseconds = 1000000;
     camera.faults().add(stFault);
-    std::thread delayed([&] { EXPECT_EQ(IA_OK, set(34, 1)); });
-    for (int i = 0; i < 50; ++i) {
-        EXPECT_EQ(IA_OK, set(2337, i));
-    }
-    delayed.join();
-    EXPECT_EQ(51u, camera.transcript().total());
+    // The delay of a thread like the controller's lasts until somebody moves the held clock.
+    std::atomic<int> nDelayed{kUntouched};
+    GThread delayed(
+        [&] {
+            if (kUntouched == nDelayed) {
+                nDelayed = set(34, 1);
+            }
+            VelmorTime(1, 0).wait();
+            return 0;
+        },
+        "Delayed", GThread::emptyFunction, GThread::emptyFunction);
+    ASSERT_TRUE(delayed.start());
+    platform::Clock::settle();
+    ASSERT_EQ(kUntouched, nDelayed);
+    EXPECT_EQ(IA_OK, set(2337, 7)) << "would hang if the delay held the lock";
+    EXPECT_EQ(0, camera.video().notifyChange(1, 2337, 7));
+    passSeconds(1);
+    EXPECT_EQ(IA_OK, nDelayed);
+    EXPECT_TRUE(delayed.stop());
+    EXPECT_EQ("ia ch0 set 34 1 = 0 fault 1", camera.transcript().lines().back());
 }
 
 TEST_F(Threads, ACallThatIsUnderWayOutlivesItsCamera) {
