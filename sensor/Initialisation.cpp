@@ -10,7 +10,7 @@
 #include "sensor/diag/Message.h"
 #include "sensor/style/FactoryData.h"
 #include "sensor/style/ShowFlags.h"
-#include "technic/QVMutexManager.h"
+#include "technic/QVMutex.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -4,7 +4,7 @@
 #include "sensor/Keys.h"
 #include "sensor/config/SensorKeyVal.h"
 #include "sensor/diag/Message.h"
-#include "technic/QVMutexManager.h"
+#include "technic/QVMutex.h"
 
 #include <algorithm>
 #include <cstdio>

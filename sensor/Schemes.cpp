@@ -4,7 +4,7 @@
 #include "sensor/ISensorController.h"
 #include "sensor/Keys.h"
 #include "sensor/diag/Message.h"
-#include "technic/QVMutexManager.h"
+#include "technic/QVMutex.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #include "sensor/ISensorController.h"
 #include "sensor/diag/Message.h"
 #include "sensor/style/DynamicStyle.h"
-#include "technic/QVMutexManager.h"
+#include "technic/QVMutex.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "technic/QVMutexManager.h"
+#include "technic/QVMutex.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
