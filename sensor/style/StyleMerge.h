@@ -4,6 +4,8 @@
 // elements, one a device variant; its attributes are conditions on the module's detail string (name of the field, accepted
 // values with commas; one that holds is enough; five characters decide), its children are operations ("Modify",
 // "AddAfter", "Delete") with the attribute "tab_key" and, as first child, a whole tab.
+//
+// Used by sensor/config too: the configuration of a channel holds the merged document.
 #pragma once
 
 #include "sensor/config/SysConfig.h"
