@@ -61,12 +61,13 @@ public:
     // Parameter sets of a test's own, without init: the same records in every user scheme and in the factory set, one
     // zeroed record in front, a key-command table, scratch and work arrays. uinit releases them.
     void buildSets(u32 p_nSchemeSum, const std::vector<KeyVal>& p_vecRecords) {
+        const bool bHasTable = nullptr != c.m_ppUserKeyVal;  // after uinit only its address is left
         c.m_stSysConf.nSchemeSum = p_nSchemeSum;
         c.m_nKeyValSum = static_cast<u32>(p_vecRecords.size());
         std::vector<KeyVal> vecFactory(p_vecRecords);
         vecFactory.push_back({});  // so that there is an address even for an empty set
         c.allocateSets(vecFactory.data());
-        if (160 == c.m_nKeyCmdNum) {
+        if (!bHasTable) {
             c.buildKeyCmdMap();
         }
         const std::size_t nRoom = (c.m_nKeyCmdNum > c.m_nKeyValSum ? c.m_nKeyCmdNum : c.m_nKeyValSum) + 1;
