@@ -102,13 +102,13 @@ int QVFile::read(void* p_pBuffer, int p_nCount) {
 }
 
 int QVFile::write(const void* p_pBuffer, int p_nCount) {
-    if (!isOpen() || !m_bWriting || p_nCount < 0) {
+    if (!isOpen() || !m_bWriting) {
         return -1;
     }
     if (0 == p_nCount) {
         return 0;
     }
-    if (nullptr == p_pBuffer || m_bFailed) {
+    if (nullptr == p_pBuffer || p_nCount < 0 || m_bFailed) {
         m_bFailed = true;
         return -1;
     }
