@@ -19,6 +19,11 @@ int byteCount(u32 p_nKeyValNum) {
     return p_nKeyValNum > kMost ? -1 : static_cast<int>(p_nKeyValNum * sizeof(KeyVal));
 }
 
+// The count that the file class takes for a length; -1, which it refuses, for one that it cannot count.
+int fileCount(INT64 p_nLength) {
+    return p_nLength < 0 || p_nLength > std::numeric_limits<int>::max() ? -1 : static_cast<int>(p_nLength);
+}
+
 // A replaced file only counts once its new content has taken the old one's place.
 void closeReplaced(QVFile& p_objFile, const char* p_szName) {
     if (p_objFile.isOpen() && !p_objFile.close()) {
@@ -52,7 +57,7 @@ int saveToFile(char* p_szName, char* p_pData, INT64 p_nLength) {
     QVFile file;
     SENSOR_ASSERT_DETAIL(file.open(p_szName, kReplace),
                          "file.open(file_name, QVFile::modeWrite | QVFile::modeTruncate)", "file_name(%s)\n", p_szName);
-    const int nSize = file.write(p_pData, static_cast<int>(p_nLength));
+    const int nSize = file.write(p_pData, fileCount(p_nLength));
     SENSOR_ASSERT_DETAIL(static_cast<INT64>(nSize) == p_nLength, "file_len == (nSize=file.write(data, file_len))",
                          "file_len(%d)\n", static_cast<int>(p_nLength));
     closeReplaced(file, p_szName);
