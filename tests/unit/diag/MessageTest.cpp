@@ -1,13 +1,12 @@
 #include "sensor/diag/Message.h"
+#include "tests/support/FullMedium.h"
 #include "tests/support/Messages.h"
 #include "tests/support/TestRoot.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <string>
 #include <vector>
 
@@ -196,16 +195,11 @@ TEST(Message, IsDroppedWhenStandardOutputIsClosedAndStillLogged) {
 
 TEST(Message, IsCutWhereTheMediumOfStandardOutputIsFull) {
     const TestRoot root;
-    rlimit stOld = {};
-    ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &stOld));
-    const auto pfnOld = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit stFull = stOld;
-    stFull.rlim_cur = 65536;
-    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &stFull));
     const std::string strLong(100000, 'x');
-    const std::string strShown = outputOf([&] { SENSOR_PRINT("%s", strLong.c_str()); });
-    EXPECT_EQ(0, setrlimit(RLIMIT_FSIZE, &stOld));
-    std::signal(SIGXFSZ, pfnOld);
+    const std::string strShown = outputOf([&] {
+        const FullMedium full(65536);
+        SENSOR_PRINT("%s", strLong.c_str());
+    });
     EXPECT_EQ(strLong.substr(0, 65536), strShown);
 }
 
