@@ -238,14 +238,15 @@ private:
     bool isKeyValSame(const KeyVal& p_stKeyVal) const;
 
     // Write path: the list form, and its steps. Takes no lock.
+    enum class EntryOutcome { Record, LeaveOut, EndWalk };
     int setParameters(KeyVal* p_pKeyval, u32 p_nCount, bool p_bCache);
-    bool applyEntry(u32 p_nIndex, KeyVal& p_stEntry, u32 p_nFirstKey, int& p_nResult);
+    EntryOutcome applyEntry(u32 p_nIndex, KeyVal& p_stEntry, u32 p_nFirstKey, int& p_nResult);
     void takeSchemeMode(u32 p_nMode);
     bool applyOnSecondChannel(u32 p_nKey, u32& p_nValue);
     bool shareDayNightKey(u32 p_nKey, u32 p_nValue);
     bool isPowerAllowed(const KeyVal& p_stEntry);
     bool followLightType(u32& p_nKey, u32 p_nValue);
-    int dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry);
+    bool dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry);
     void record(u32 p_nIndex, const KeyVal& p_stEntry);
     bool setCached(u32 p_nKey, int p_nValue);
 

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr char kSourceFile[] = "ISensorController.cpp";
+constexpr diag::Operation kWalk = {"setParameters", "int ISensorController::setParameters(KeyVal*, u32, bool)"};
 
 constexpr u32 kSecondChannel = 2;
 constexpr u32 kIntelligentLight = 2;     // the value of KEY_LIGHT_TYPE that makes the twins count
@@ -128,9 +129,9 @@ bool ISensorController::isPowerAllowed(const KeyVal& p_stEntry) {
     u32 nVal = kNoPartner;
     if (-1 == getKeyValFromCache(m_nCurScheme, bNear ? KEY_IR_MANUAL_STRG_FAR : KEY_IR_MANUAL_STRG_NEAR, nVal)) {
         // Meant: the driver is asked for the entry's own key, not for its partner's.
-        const bool bRead = SENSOR_ASSERT_DETAIL(QVS_SUCCESS == doIaCmd(p_stEntry.key, IA_CMD_OPT_GET, &nVal),
-                                                "QVS_SUCCESS == doIaCmd(p_pKeyval[i].key, IA_CMD_OPT_GET, &nVal)",
-                                                "get key(%d) val from 2a err", static_cast<int>(nVal));
+        const bool bRead = SENSOR_ASSERT_DETAIL_OF(kWalk, QVS_SUCCESS == doIaCmd(p_stEntry.key, IA_CMD_OPT_GET, &nVal),
+                                                   "QVS_SUCCESS == doIaCmd(p_pKeyval[i].key, IA_CMD_OPT_GET, &nVal)",
+                                                   "get key(%d) val from 2a err", static_cast<int>(nVal));
         SENSOR_PRINT("### %s doIaCmd %s\n", bNear ? "KEY_IR_MANUAL_STRG_FAR" : "KEY_IR_MANUAL_STRG_NEAR",
                      bRead ? "sucess" : "error");
     }
@@ -158,12 +159,12 @@ bool ISensorController::followLightType(u32& p_nKey, u32 p_nValue) {
     return true;
 }
 
-// Hands the entry's value to the handler of the key. 0, or the negated key of the row that failed.
-int ISensorController::dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry) {
+// Hands the entry's value to the handler of the key. True when that succeeded.
+bool ISensorController::dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry) {
     keycmd stKeyCmdTmp{};
     const bool bFound = -1 != findFromKeyCmdMap(m_pKeyCmdMap, p_nKey, stKeyCmdTmp);
-    if (!SENSOR_ASSERT_DETAIL(bFound, "-1 != findFromKeyCmdMap(m_pKeyCmdMap, nKey, stKeyCmdTmp)",
-                              "p_pKeyval[%u].key(%u)", p_nIndex, p_nKey)) {
+    if (!SENSOR_ASSERT_DETAIL_OF(kWalk, bFound, "-1 != findFromKeyCmdMap(m_pKeyCmdMap, nKey, stKeyCmdTmp)",
+                                 "p_pKeyval[%u].key(%u)", p_nIndex, p_nKey)) {
         SENSOR_TRACE("not find (%d) \n", static_cast<int>(p_nKey));
         stKeyCmdTmp = {p_nKey, p_nKey, &ISensorController::doIaCmd, "unknow key", "ISensorController::doIaCmd"};
     }
@@ -172,55 +173,55 @@ int ISensorController::dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry) {
                  static_cast<int>(loadRelaxed(p_stEntry.value)), stKeyCmdTmp.szHandlerName,
                  static_cast<int>(stKeyCmdTmp.ia_cmd));
     if (nullptr == stKeyCmdTmp.pfnHandler) {
-        return QVS_SUCCESS;  // a row that is only stored
+        return true;  // a row that is only stored
     }
     const int nResult = (this->*stKeyCmdTmp.pfnHandler)(stKeyCmdTmp.ia_cmd, IA_CMD_OPT_SET, &p_stEntry.value);
-    if (QVS_SUCCESS == nResult) {
-        return QVS_SUCCESS;
-    }
     if (IA_ERR_UNSUPPORTED == nResult || IA_ERR_BUSY == nResult || IA_ERR_INVALID_VALUE == nResult) {
-        SENSOR_ERR("set %s (%d,%d) func:%s ia_cmd:%d ~~~failed ia_ret=%d\n", stKeyCmdTmp.szKeyName,
-                   static_cast<int>(stKeyCmdTmp.key), static_cast<int>(loadRelaxed(p_stEntry.value)),
-                   stKeyCmdTmp.szHandlerName, static_cast<int>(stKeyCmdTmp.ia_cmd), nResult);
+        SENSOR_ERR_OF(kWalk, "set %s (%d,%d) func:%s ia_cmd:%d ~~~failed ia_ret=%d\n", stKeyCmdTmp.szKeyName,
+                      static_cast<int>(stKeyCmdTmp.key), static_cast<int>(loadRelaxed(p_stEntry.value)),
+                      stKeyCmdTmp.szHandlerName, static_cast<int>(stKeyCmdTmp.ia_cmd), nResult);
     }
-    return negated(stKeyCmdTmp.key);
+    return QVS_SUCCESS == nResult;
 }
 
 void ISensorController::record(u32 p_nIndex, const KeyVal& p_stEntry) {
     const u32 nScheme = m_nCurScheme;
     const u32 nValue = loadRelaxed(p_stEntry.value);
     if (-1 == setKeyValToCache(nScheme, p_stEntry.key, nValue, false)) {
-        SENSOR_DBG(
+        SENSOR_DBG_OF(
+            kWalk,
             "SET_KEY_VAL FAILED, m_nCurScheme(%d), p_pKeyval[%d].key(%d), p_pKeyval[%d].value(%d),  maybe jixin\n",
             static_cast<int>(nScheme), static_cast<int>(p_nIndex), static_cast<int>(p_stEntry.key),
             static_cast<int>(p_nIndex), static_cast<int>(nValue));
     }
 }
 
-// Everything that is to be done about one entry before it is recorded. True when it is to be recorded; otherwise p_nResult
-// is 0 to leave it out, or the negated key that ends the walk.
-bool ISensorController::applyEntry(u32 p_nIndex, KeyVal& p_stEntry, u32 p_nFirstKey, int& p_nResult) {
+// Everything that is to be done about one entry before it is recorded. p_nResult is what the call returns when the walk
+// ends here; it may be 0, for key 0.
+ISensorController::EntryOutcome ISensorController::applyEntry(u32 p_nIndex, KeyVal& p_stEntry, u32 p_nFirstKey,
+                                                              int& p_nResult) {
     u32 nKey = p_stEntry.key;
     const u32 nValue = loadRelaxed(p_stEntry.value);
     if (KEY_SCHEME_MODE == nKey) {
         takeSchemeMode(nValue);
-        return true;
+        return EntryOutcome::Record;
     }
     if (isOnlyStored(nKey) || applyOnSecondChannel(nKey, p_stEntry.value)) {
-        return true;
+        return EntryOutcome::Record;
     }
     const bool bSend = shareDayNightKey(nKey, nValue);
     if (!isPowerAllowed(p_stEntry)) {
         p_nResult = negated(p_nFirstKey);  // meant: the list's first key, not the offending one
-        return false;
+        return EntryOutcome::EndWalk;
     }
     if (!followLightType(nKey, nValue)) {
-        return false;
+        return EntryOutcome::LeaveOut;
     }
-    if (bSend) {
-        p_nResult = dispatch(nKey, p_nIndex, p_stEntry);
+    if (bSend && !dispatch(nKey, p_nIndex, p_stEntry)) {
+        p_nResult = negated(nKey);
+        return EntryOutcome::EndWalk;
     }
-    return QVS_SUCCESS == p_nResult;
+    return EntryOutcome::Record;
 }
 
 int ISensorController::setParameters(KeyVal* p_pKeyval, u32 p_nCount, bool p_bCache) {
@@ -234,12 +235,12 @@ int ISensorController::setParameters(KeyVal* p_pKeyval, u32 p_nCount, bool p_bCa
             continue;
         }
         int nResult = QVS_SUCCESS;
-        if (applyEntry(i, stEntry, p_pKeyval[0].key, nResult)) {
-            if (p_bCache) {
-                record(i, stEntry);
-            }
-        } else if (QVS_SUCCESS != nResult) {
+        const EntryOutcome eOutcome = applyEntry(i, stEntry, p_pKeyval[0].key, nResult);
+        if (EntryOutcome::EndWalk == eOutcome) {
             return nResult;
+        }
+        if (EntryOutcome::Record == eOutcome && p_bCache) {
+            record(i, stEntry);
         }
     }
     SENSOR_PRINT("\n");

@@ -18,9 +18,10 @@
 // expressions that are true when the condition held. The condition's text is what people look for in a log: it is frozen
 // even where the code around it has other words.
 //
-// The forms with _AT take the line that the message carries; the others use their own line. Every source file that uses
-// these has a constant kSourceFile: the name under which people know the place, which for the controller is one name for
-// all of its files.
+// The forms with _AT take the line that the message carries; the others use their own line. The forms with _OF speak in
+// the name of the operation whose step they stand in: people know the operation, not its steps. Every source file that
+// uses these has a constant kSourceFile: the name under which people know the place, which for the controller is one name
+// for all of its files.
 //
 // Threads: any. Blocks for the file accesses.
 #pragma once
@@ -40,6 +41,12 @@ struct Place {
     int nLine;
 };
 
+// An operation that is written as several functions, for the messages of its steps.
+struct Operation {
+    const char* szFunction;
+    const char* szSignature;
+};
+
 // With the place, or without it when p_pPlace is null.
 void message(Tag p_eTag, const Place* p_pPlace, const char* p_szFormat, ...) __attribute__((format(printf, 3, 4)));
 
@@ -57,16 +64,26 @@ bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char*
         kSourceFile, __func__, __PRETTY_FUNCTION__, line \
     }
 
-#define SENSOR_MESSAGE_AT(tag, line, ...)                         \
-    do {                                                          \
-        const diag::Place stMessagePlace = SENSOR_PLACE_AT(line); \
-        diag::message(tag, &stMessagePlace, __VA_ARGS__);         \
+#define SENSOR_PLACE_OF(operation, line)                                   \
+    diag::Place {                                                          \
+        kSourceFile, (operation).szFunction, (operation).szSignature, line \
+    }
+
+#define SENSOR_MESSAGE_FROM(tag, place, ...)              \
+    do {                                                  \
+        const diag::Place stMessagePlace = place;         \
+        diag::message(tag, &stMessagePlace, __VA_ARGS__); \
     } while (false)
+#define SENSOR_MESSAGE_AT(tag, line, ...) SENSOR_MESSAGE_FROM(tag, SENSOR_PLACE_AT(line), __VA_ARGS__)
+#define SENSOR_MESSAGE_OF(tag, operation, ...) \
+    SENSOR_MESSAGE_FROM(tag, SENSOR_PLACE_OF(operation, __LINE__), __VA_ARGS__)
 
 #define SENSOR_DBG_AT(line, ...) SENSOR_MESSAGE_AT(diag::Tag::Dbg, line, __VA_ARGS__)
+#define SENSOR_DBG_OF(operation, ...) SENSOR_MESSAGE_OF(diag::Tag::Dbg, operation, __VA_ARGS__)
 #define SENSOR_DBG(...) SENSOR_DBG_AT(__LINE__, __VA_ARGS__)
 #define SENSOR_TRACE(...) diag::message(diag::Tag::Dbg, nullptr, __VA_ARGS__)
 #define SENSOR_ERR(...) SENSOR_MESSAGE_AT(diag::Tag::Err, __LINE__, __VA_ARGS__)
+#define SENSOR_ERR_OF(operation, ...) SENSOR_MESSAGE_OF(diag::Tag::Err, operation, __VA_ARGS__)
 #define SENSOR_INFO(...) SENSOR_MESSAGE_AT(diag::Tag::Info, __LINE__, __VA_ARGS__)
 #define SENSOR_WARN_AT(line, ...) SENSOR_MESSAGE_AT(diag::Tag::Warn, line, __VA_ARGS__)
 #define SENSOR_WARN(...) SENSOR_WARN_AT(__LINE__, __VA_ARGS__)
@@ -78,3 +95,5 @@ bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char*
 #define SENSOR_ASSERT_DETAIL_AT(line, holds, condition, ...) \
     ((holds) || diag::failedDetail(SENSOR_PLACE_AT(line), condition, __VA_ARGS__))
 #define SENSOR_ASSERT_DETAIL(holds, condition, ...) SENSOR_ASSERT_DETAIL_AT(__LINE__, holds, condition, __VA_ARGS__)
+#define SENSOR_ASSERT_DETAIL_OF(operation, holds, condition, ...) \
+    ((holds) || diag::failedDetail(SENSOR_PLACE_OF(operation, __LINE__), condition, __VA_ARGS__))
