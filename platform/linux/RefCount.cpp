@@ -2,6 +2,7 @@
 
 #include "platform/linux/OwnedLock.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <map>
@@ -62,6 +63,45 @@ struct RefCountManager::State {
         const auto found = counts.find(p_objKey);
         return counts.end() == found ? nullptr : found->second;
     }
+
+    // The count that serves this object, with a reference more; null when none does, or none any more: then the object
+    // at this address is a new one.
+    ref_count* addReference(const Key& p_objKey) {
+        ref_count* const pCount = find(p_objKey);
+        if (nullptr == pCount) {
+            return nullptr;
+        }
+        const bool bLockedHere = 0 == pCount->lock();  // otherwise the caller holds it already
+        const bool bStillServes = pCount == find(p_objKey);
+        if (bStillServes) {
+            ++pCount->m_pState->references;
+        }
+        if (bLockedHere) {
+            pCount->unLock();
+        }
+        return bStillServes ? pCount : nullptr;
+    }
+
+    // A count that serves this object from now on; null when another thread was quicker.
+    ref_count* serve(const Key& p_objKey) {
+        const std::lock_guard<std::mutex> guard(mutex);
+        if (0 != counts.count(p_objKey)) {
+            return nullptr;
+        }
+        const auto free = std::find_if(returnedOnes.begin(), returnedOnes.end(), [](const ref_count* p_pCount) {
+            return !p_pCount->m_pState->lock.heldByCaller() && p_pCount->m_pState->lock.tryLock();
+        });
+        const bool bNew = returnedOnes.end() == free;
+        ref_count* const pCount = bNew ? new ref_count : *free;
+        pCount->m_pState->pointer = p_objKey.first;
+        pCount->m_pState->references = 1;
+        counts[p_objKey] = pCount;
+        if (!bNew) {
+            returnedOnes.erase(free);
+            pCount->unLock();
+        }
+        return pCount;
+    }
 };
 
 RefCountManager::RefCountManager() : m_pState(std::make_unique<State>()) {}
@@ -77,46 +117,12 @@ ref_count* RefCountManager::retrieveRefCount(const void* p_pObject, const char* 
         return nullptr;
     }
     const State::Key key(p_pObject, nullptr == p_szTypeName ? "" : p_szTypeName);
-    while (true) {
-        if (ref_count* const pKnown = m_pState->find(key)) {
-            const bool bLockedHere = 0 == pKnown->lock();  // otherwise the caller holds it already
-            const bool bStillServes = pKnown == m_pState->find(key);
-            if (bStillServes) {
-                ++pKnown->m_pState->references;
-            }
-            if (bLockedHere) {
-                pKnown->unLock();
-            }
-            if (bStillServes) {
-                return pKnown;
-            }
-            continue;  // given back in between; the object at this address is a new one
-        }
-
-        const std::lock_guard<std::mutex> guard(m_pState->mutex);
-        if (0 != m_pState->counts.count(key)) {
-            continue;  // another thread was quicker
-        }
-        std::vector<ref_count*>& vecReturned = m_pState->returnedOnes;
-        auto chosen = vecReturned.begin();
-        while (vecReturned.end() != chosen &&
-               ((*chosen)->m_pState->lock.heldByCaller() || !(*chosen)->m_pState->lock.tryLock())) {
-            ++chosen;
-        }
-        ref_count* pCount = nullptr;
-        if (vecReturned.end() == chosen) {
-            pCount = new ref_count;
-            pCount->lock();
-        } else {
-            pCount = *chosen;
-            vecReturned.erase(chosen);
-        }
-        pCount->m_pState->pointer = p_pObject;
-        pCount->m_pState->references = 1;
-        m_pState->counts[key] = pCount;
-        pCount->unLock();
-        return pCount;
+    ref_count* pCount = nullptr;
+    while (nullptr == pCount) {
+        pCount = m_pState->addReference(key);
+        pCount = nullptr == pCount ? m_pState->serve(key) : pCount;
     }
+    return pCount;
 }
 
 void RefCountManager::returnbackRefCount(ref_count* p_pCount, const char* p_szTypeName) {

@@ -11,6 +11,7 @@
 #include <string>
 #include <thread>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -128,7 +129,6 @@ TEST_F(QVFileTest, NegativeCountsAndNullBuffersFail) {
     EXPECT_EQ(objFile.read(nullptr, 1), -1);
     EXPECT_EQ(objFile.read(szBuffer, 3), 3);
     EXPECT_TRUE(objFile.open(kName, kReplace));
-    EXPECT_EQ(objFile.write("abc", -1), -1);
     EXPECT_EQ(objFile.write("abc", 0), 0);
     EXPECT_EQ(objFile.write(nullptr, 0), 0);
     EXPECT_TRUE(objFile.close());
@@ -138,12 +138,15 @@ TEST_F(QVFileTest, NegativeCountsAndNullBuffersFail) {
 TEST_F(QVFileTest, AFailedWriteNeverReplacesTheOldContent) {
     m_objRoot.write(kName, "old");
     QVFile objFile;
-    EXPECT_TRUE(objFile.open(kName, kReplace));
-    EXPECT_EQ(objFile.write("new", 3), 3);
-    EXPECT_EQ(objFile.write(nullptr, 5), -1);
-    EXPECT_EQ(objFile.write("more", 4), -1);
-    EXPECT_FALSE(objFile.close());
-    EXPECT_EQ(m_objRoot.read(kName), "old");
+    const std::pair<const char*, int> rows[] = {{nullptr, 5}, {"bytes", -1}};
+    for (const auto& [szBuffer, nCount] : rows) {
+        EXPECT_TRUE(objFile.open(kName, kReplace));
+        EXPECT_EQ(objFile.write("new", 3), 3);
+        EXPECT_EQ(objFile.write(szBuffer, nCount), -1);
+        EXPECT_EQ(objFile.write("more", 4), -1);
+        EXPECT_FALSE(objFile.close());
+        EXPECT_EQ(m_objRoot.read(kName), "old");
+    }
 }
 
 TEST_F(QVFileTest, WritingCreatesAFile) {

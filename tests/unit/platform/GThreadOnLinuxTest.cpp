@@ -3,6 +3,7 @@
 #include "platform/Clock.h"
 #include "platform/QVMutex.h"
 #include "platform/VelmorTime.h"
+#include "tests/contract/ThreadSteps.h"
 #include "tests/support/TestRoot.h"
 
 #include <gtest/gtest.h>
@@ -55,9 +56,11 @@ TEST_F(GThreadOnLinuxTest, StartFailsWhenTheSystemGivesNoThread) {
 
 TEST_F(GThreadOnLinuxTest, ARunThatDestroysItsObjectEndsAlone) {
     std::string strStory;
+    Gate started;
     std::unique_ptr<GThread> pThread;
     pThread = std::make_unique<GThread>(
         [&] {
+            started.pass();
             strStory += "body ";
             pThread.reset();
             strStory += VelmorTime(1, 0).wait() ? "passed " : "stopped ";
@@ -69,6 +72,7 @@ TEST_F(GThreadOnLinuxTest, ARunThatDestroysItsObjectEndsAlone) {
             return 0;
         });
     EXPECT_TRUE(pThread->start());
+    started.open();
     Clock::settle();
     EXPECT_EQ(strStory, "body stopped exit");
 }
