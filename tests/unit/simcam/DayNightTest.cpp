@@ -48,6 +48,35 @@ TEST_F(DayNight, DelayRunsFromTheChangeOfTheLightNotFromTheNextQuestion) {
     EXPECT_EQ(kNight, state());
 }
 
+TEST_F(DayNight, ADarkTimeThatNobodyAskedInCounts) {
+    camera.scene().setLight(kDark);
+    passSeconds(10);
+    camera.scene().setLight(kBright);
+    EXPECT_EQ(kNight, state());
+    passSeconds(5);
+    EXPECT_EQ(kDay, state());
+    camera.scene().setLight(kDark);
+    passSeconds(10);
+    ASSERT_EQ(IA_OK, setThresholds(145, 0, 100));
+    EXPECT_EQ(kNight, state()) << "under the thresholds of that time";
+}
+
+TEST_F(DayNight, DelayBeginsAnewWithTheAutomaticMode) {
+    camera.scene().setLight(kDark);
+    passSeconds(4);
+    for (const int nMode : {1, 0}) {
+        ASSERT_EQ(IA_OK, set(144, nMode));
+    }
+    passSeconds(4);
+    EXPECT_EQ(kDay, state());
+    ASSERT_EQ(IA_OK, set(153, 0));
+    ASSERT_EQ(IA_OK, set(144, 0));
+    passSeconds(4);
+    EXPECT_EQ(kDay, state()) << "and after a forced state";
+    passSeconds(1);
+    EXPECT_EQ(kNight, state());
+}
+
 TEST_F(DayNight, ALightThatComesBackWithinTheDelayChangesNothing) {
     camera.scene().setLight(kDark);
     passSeconds(4);

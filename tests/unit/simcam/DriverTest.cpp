@@ -32,6 +32,16 @@ TEST_F(Driver, HasOnlyTheChannelsItWasMadeWith) {
     EXPECT_EQ(IA_ERR_UNSUPPORTED, set(34, 1, 2));
 }
 
+TEST_F(Driver, HasOneToFourChannels) {
+    EXPECT_EQ(4, camera.driver().channels());
+    EXPECT_EQ(1, simcam::Camera({0, 100}).driver().channels());
+    EXPECT_EQ(4, simcam::Camera({99, 100}).driver().channels());
+    simcam::Camera objNone({-3, 100});
+    EXPECT_EQ(1, objNone.driver().channels());
+    EXPECT_EQ(0, objNone.video().notifyChange(1, 34, 1));
+    EXPECT_EQ(-1, objNone.video().notifyChange(2, 34, 1));
+}
+
 TEST_F(Driver, RefusesACommandThatDoesNotExist) {
     EXPECT_EQ(IA_ERR_UNSUPPORTED, set(17, 1));
     EXPECT_EQ(kUntouched, get(0));

@@ -141,6 +141,35 @@ TEST_F(Lens, AutoFocusFollowsTheZoom) {
     EXPECT_EQ(lens().sharpAt, lens().focus);
 }
 
+TEST_F(Lens, AutoFocusSetsOffWithTheZoomForWhereItIsGoing) {
+    waitForRest();
+    ASSERT_EQ(IA_OK, set(1568, kTele));
+    EXPECT_EQ(5280, lens().focusTarget);
+    EXPECT_TRUE(lens().focusing);
+    EXPECT_EQ(IA_EXEC_RUNNING, status(1552));
+    passSeconds(1);
+    EXPECT_EQ(1080 + 2500, get(1552));
+    waitForRest();
+    ASSERT_EQ(IA_OK, set(1570, 1));
+    EXPECT_LT(lens().focusTarget, 5280);
+}
+
+TEST_F(Lens, OtherFocusModesDoNotSetOffWithTheZoom) {
+    for (const int nMode : {1, 2}) {
+        holdTheLens();
+        set(1568, kWide);
+        waitForRest();
+        set(1536, nMode);
+        const int nFocus = get(1552);
+        ASSERT_EQ(IA_OK, set(1568, kTele));
+        EXPECT_EQ(nFocus, lens().focusTarget) << nMode;
+        passSeconds(3);
+        EXPECT_EQ(nFocus, get(1552)) << nMode;
+        waitForRest();
+        EXPECT_EQ(1 == nMode ? nFocus : lens().sharpAt, get(1552)) << nMode;
+    }
+}
+
 TEST_F(Lens, AutoFocusFollowsTheSubjectWhenItMovesEnoughForTheSensitivity) {
     waitForRest();
     // Sharp at 1x: 1080 at 5 m, 1133 at 3 m, 1400 at 1 m, 1800 at 0.5 m.
