@@ -267,9 +267,7 @@ private:
     void followScheduleForPlates(int p_nScheme);
 
     // Steps of init and resetParameters.
-    void buildFactorySet();
     void allocateSets(KeyVal* p_pFactory);
-    void wipeIfVersionDiffers();
     void readDeviceFacts();
     std::string parameterFile(u32 p_nScheme) const;
     void writeDefaults(u32 p_nScheme, const std::string& p_strFile);

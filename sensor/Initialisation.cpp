@@ -39,6 +39,12 @@ KeyVal* allocateSchemeBlock(std::size_t p_nRecords) {
     return allocateRecords(p_nRecords + 1) + 1;
 }
 
+// The version of the stored parameter files, 0 when it cannot be read.
+u32 storedVersion() {
+    u32 nStored = 0;
+    return 0 == getVersion(&nStored) ? nStored : 0;
+}
+
 // Values of the first plate-recognition scheme: a fixed, fast shutter and moderate infrared light.
 constexpr std::pair<u32, u32> kPlateDefaults[] = {
     {KEY_DN_MODE, 0}, {KEY_MAX_SHUTTER, 18}, {KEY_METER_AREA, 1}, {KEY_IR_MODE, 2}, {KEY_IR_MANUAL_STRG_NEAR, 40},
@@ -57,8 +63,28 @@ bool ISensorController::init(const ModuleConfigure& p_objModuleConfigure) {
     SENSOR_ASSERT_AT(66,
                      QVS_SUCCESS == initSysConf(static_cast<int>(u32{m_nCameraID}), p_objModuleConfigure, &m_stSysConf),
                      "QVS_SUCCESS == initSysConf(m_nCameraID,p_objModuleConfigure, &m_stSysConf)");
-    buildFactorySet();
-    wipeIfVersionDiffers();
+    // The array of the factory set holds every parameter that the style can describe.
+    m_pFctKeyVal = allocateRecords(std::max(m_nKeyCmdNum, factoryRoom(m_stSysConf.szUIStyle)));
+    SENSOR_ASSERT_DETAIL_AT(
+        71,
+        QVS_SUCCESS == getFctData(static_cast<int>(u32{m_nCameraID}), m_stSysConf.szUIStyle, m_pFctKeyVal,
+                                  &m_nKeyValSum, m_bShowWDRFalg),
+        "QVS_SUCCESS == getFctData(m_nCameraID,m_stSysConf.szUIStyle, m_pFctKeyVal, &m_nKeyValSum,m_bShowWDRFalg)",
+        "m_nKeyValSum(%d)\n", static_cast<int>(m_nKeyValSum));
+    m_pKeyValWork = allocateRecords(std::max(m_nKeyCmdNum, m_nKeyValSum));
+    KeyVal* const pFactory = m_pFctKeyVal;
+    allocateSets(pFactory);
+    std::free(pFactory);
+    SENSOR_DBG_AT(78, "m_nKeyCmdNum(%d), m_nKeyValNum(%d)\n", static_cast<int>(m_nKeyCmdNum),
+                  static_cast<int>(m_nKeyValSum));
+    const u32 nStored = storedVersion();
+    if (m_nVersion != nStored) {
+        SENSOR_WARN_AT(89,
+                       "check the sensor version,   local(%u) --> libsensordll.so(%u), source the cmd: rm -rf "
+                       "/mnt/mtd/code/config*/sensor*\n",
+                       nStored, m_nVersion);
+        sy_system(kWipeCommand, kWipeSeconds);
+    }
     readDeviceFacts();
     for (u32 i = 0; i < m_stSysConf.nSchemeSum; ++i) {
         loadScheme(i);
@@ -81,23 +107,6 @@ bool ISensorController::init(const ModuleConfigure& p_objModuleConfigure) {
     return true;
 }
 
-void ISensorController::buildFactorySet() {
-    // The array of the factory set holds every parameter that the style can describe, the work array every record of it.
-    m_pFctKeyVal = allocateRecords(std::max(m_nKeyCmdNum, factoryRoom(m_stSysConf.szUIStyle)));
-    SENSOR_ASSERT_DETAIL_AT(
-        71,
-        QVS_SUCCESS == getFctData(static_cast<int>(u32{m_nCameraID}), m_stSysConf.szUIStyle, m_pFctKeyVal,
-                                  &m_nKeyValSum, m_bShowWDRFalg),
-        "QVS_SUCCESS == getFctData(m_nCameraID,m_stSysConf.szUIStyle, m_pFctKeyVal, &m_nKeyValSum,m_bShowWDRFalg)",
-        "m_nKeyValSum(%d)\n", static_cast<int>(m_nKeyValSum));
-    m_pKeyValWork = allocateRecords(std::max(m_nKeyCmdNum, m_nKeyValSum));
-    KeyVal* const pFactory = m_pFctKeyVal;
-    allocateSets(pFactory);
-    std::free(pFactory);
-    SENSOR_DBG_AT(78, "m_nKeyCmdNum(%d), m_nKeyValNum(%d)\n", static_cast<int>(m_nKeyCmdNum),
-                  static_cast<int>(m_nKeyValSum));
-}
-
 // Every set starts as the factory set: what a short parameter file does not hold keeps its factory value.
 void ISensorController::allocateSets(KeyVal* p_pFactory) {
     const std::size_t nSets = std::size_t{m_stSysConf.nSchemeSum} + 1;
@@ -108,20 +117,6 @@ void ISensorController::allocateSets(KeyVal* p_pFactory) {
         std::copy_n(p_pFactory, m_nKeyValSum, m_ppUserKeyVal[i]);
     }
     m_pFctKeyVal = m_ppUserKeyVal[m_stSysConf.nSchemeSum];
-}
-
-void ISensorController::wipeIfVersionDiffers() {
-    u32 nStored = 0;
-    if (0 != getVersion(&nStored)) {
-        nStored = 0;
-    }
-    if (m_nVersion != nStored) {
-        SENSOR_WARN_AT(89,
-                       "check the sensor version,   local(%u) --> libsensordll.so(%u), source the cmd: rm -rf "
-                       "/mnt/mtd/code/config*/sensor*\n",
-                       nStored, m_nVersion);
-        sy_system(kWipeCommand, kWipeSeconds);
-    }
 }
 
 void ISensorController::readDeviceFacts() {

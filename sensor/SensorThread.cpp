@@ -7,6 +7,7 @@
 namespace {
 constexpr char kSourceFile[] = "ISensorController.cpp";
 constexpr int kPace = 1;  // second
+constexpr diag::Operation kCycle = {"sensorThread", "int ISensorController::sensorThread()"};
 }  // namespace
 
 // Scheme 0 by day, 1 by night; a driver that does not answer counts as day.
@@ -24,9 +25,9 @@ void ISensorController::switchByItself(int p_nScheme) {
     if (isCurrent(p_nScheme) || m_nFlags.anyBit(kBusyMask)) {
         return;
     }
-    SENSOR_DBG("SCHEME: auto switch_to(%d)\n", p_nScheme);
-    SENSOR_ASSERT_DETAIL(QVS_SUCCESS == switch_to(p_nScheme, false), "QVS_SUCCESS == switch_to(nScheme)",
-                         "nScheme(%d)\n", p_nScheme);
+    SENSOR_DBG_OF(kCycle, "SCHEME: auto switch_to(%d)\n", p_nScheme);
+    SENSOR_ASSERT_DETAIL_OF(kCycle, QVS_SUCCESS == switch_to(p_nScheme, false), "QVS_SUCCESS == switch_to(nScheme)",
+                            "nScheme(%d)\n", p_nScheme);
 }
 
 // Outside its windows a plate-recognition device follows day and night, with the driver's own day/night mode switched off.
@@ -45,13 +46,13 @@ void ISensorController::followScheduleForPlates(int p_nScheme) {
     if ((kInWindow == m_nLastSchedule && isCurrent(p_nScheme)) || m_nFlags.anyBit(kBusyMask)) {
         return;
     }
-    SENSOR_DBG("SCHEME: auto switch_to(%d)\n", p_nScheme);
+    SENSOR_DBG_OF(kCycle, "SCHEME: auto switch_to(%d)\n", p_nScheme);
     if (kInWindow == m_nLastSchedule) {
-        SENSOR_ASSERT_DETAIL(QVS_SUCCESS == switch_to(p_nScheme, false), "QVS_SUCCESS == switch_to(nScheme)",
-                             "nScheme(%d)\n", p_nScheme);
+        SENSOR_ASSERT_DETAIL_OF(kCycle, QVS_SUCCESS == switch_to(p_nScheme, false), "QVS_SUCCESS == switch_to(nScheme)",
+                                "nScheme(%d)\n", p_nScheme);
     } else {
-        SENSOR_ASSERT_DETAIL(QVS_SUCCESS == switch_to(p_nScheme, true), "QVS_SUCCESS == switch_to(nScheme, true)",
-                             "nScheme(%d)\n", p_nScheme);
+        SENSOR_ASSERT_DETAIL_OF(kCycle, QVS_SUCCESS == switch_to(p_nScheme, true),
+                                "QVS_SUCCESS == switch_to(nScheme, true)", "nScheme(%d)\n", p_nScheme);
     }
     m_nLastSchedule = kInWindow;
 }

@@ -85,6 +85,7 @@ bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char*
 #define SENSOR_ERR(...) SENSOR_MESSAGE_AT(diag::Tag::Err, __LINE__, __VA_ARGS__)
 #define SENSOR_ERR_OF(operation, ...) SENSOR_MESSAGE_OF(diag::Tag::Err, operation, __VA_ARGS__)
 #define SENSOR_INFO(...) SENSOR_MESSAGE_AT(diag::Tag::Info, __LINE__, __VA_ARGS__)
+#define SENSOR_INFO_OF(operation, ...) SENSOR_MESSAGE_OF(diag::Tag::Info, operation, __VA_ARGS__)
 #define SENSOR_WARN_AT(line, ...) SENSOR_MESSAGE_AT(diag::Tag::Warn, line, __VA_ARGS__)
 #define SENSOR_WARN(...) SENSOR_WARN_AT(__LINE__, __VA_ARGS__)
 #define SENSOR_PRINT(...) diag::print(__VA_ARGS__)
@@ -92,6 +93,8 @@ bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char*
 // The values of a detail are looked at after the condition, and only when it does not hold.
 #define SENSOR_ASSERT_AT(line, holds, condition) ((holds) || diag::failed(SENSOR_PLACE_AT(line), condition))
 #define SENSOR_ASSERT(holds, condition) SENSOR_ASSERT_AT(__LINE__, holds, condition)
+#define SENSOR_ASSERT_OF(operation, holds, condition) \
+    ((holds) || diag::failed(SENSOR_PLACE_OF(operation, __LINE__), condition))
 #define SENSOR_ASSERT_DETAIL_AT(line, holds, condition, ...) \
     ((holds) || diag::failedDetail(SENSOR_PLACE_AT(line), condition, __VA_ARGS__))
 #define SENSOR_ASSERT_DETAIL(holds, condition, ...) SENSOR_ASSERT_DETAIL_AT(__LINE__, holds, condition, __VA_ARGS__)

@@ -11,6 +11,10 @@
 namespace {
 
 constexpr char kSourceFile[] = "SensorFile.cpp";
+constexpr diag::Operation kPrune = {"doDnaStyle",
+                                    "int doDnaStyle(TiXmlElement*, int, const ia_dynamic_params_attr_st*)"};
+constexpr diag::Operation kCustomize = {"doCustomizeStyle",
+                                        "int doCustomizeStyle(TiXmlElement*, int, ia_dynamic_params_attr_st*)"};
 
 // Commands and ids with a meaning of their own here.
 constexpr int kNoWDRNote = 10;     // shown only where wide dynamic range is not offered
@@ -50,7 +54,7 @@ bool holdsItem(const ia_dynamic_params_attr_st& p_stRange, int p_nItemSum, int p
 }
 
 int pruneParameter(TiXmlElement& p_objParameter, int p_nCmd, const ia_dynamic_params_attr_st& p_stRange) {
-    SENSOR_DBG("_________________cmd(%d) default(%d)__________________\n", p_nCmd, p_stRange.default_val);
+    SENSOR_DBG_OF(kPrune, "_________________cmd(%d) default(%d)__________________\n", p_nCmd, p_stRange.default_val);
     p_objParameter.SetAttribute("value", p_stRange.default_val);
     const int nItemSum = dynamicItemCount(p_stRange);
     TiXmlElement* pNext = nullptr;
@@ -61,7 +65,7 @@ int pruneParameter(TiXmlElement& p_objParameter, int p_nCmd, const ia_dynamic_pa
             return -1;
         }
         if (!holdsItem(p_stRange, nItemSum, style::intAttribute(*pChoice, "index", 0))) {
-            SENSOR_DBG("_________________delete comboitem(%s)__________________\n", szIndex);
+            SENSOR_DBG_OF(kPrune, "_________________delete comboitem(%s)__________________\n", szIndex);
             p_objParameter.RemoveChild(pChoice);
         }
     }
@@ -83,7 +87,7 @@ int collectChoices(const TiXmlElement& p_objParameter, ia_dynamic_params_attr_st
         }
     }
     if (nLeftOut > 0) {
-        SENSOR_ERR("%d choices beyond %d are left out\n", nLeftOut, IA_DYNAMIC_ITEMS_MAX);
+        SENSOR_ERR_OF(kCustomize, "%d choices beyond %d are left out\n", nLeftOut, IA_DYNAMIC_ITEMS_MAX);
     }
     p_stRange.items_cnt = nCollected;
     // Meant: without a choice, the highest value is the word in front of the items, which is their number, and the lowest

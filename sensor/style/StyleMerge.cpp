@@ -18,6 +18,7 @@
 namespace {
 
 constexpr char kSourceFile[] = "SensorFile.cpp";
+constexpr diag::Operation kMerge = {"mergeStyle", "int mergeStyle(int, ModuleConfig*, char**, char*)"};
 
 // Meant: values that agree in their first five characters are the same.
 constexpr std::size_t kDecidingCharacters = 5;
@@ -28,7 +29,7 @@ bool isAccepted(const std::string& p_strAccepted, const char* p_szValue) {
 
 // Whether one condition of a variant holds.
 bool isSelectedBy(const TiXmlAttribute& modi_attr, const char* p_szDetail) {
-    SENSOR_DBG("modi_attr->Name()(%s), modi_attr->Value()(%s)\n", modi_attr.Name(), modi_attr.Value());
+    SENSOR_DBG_OF(kMerge, "modi_attr->Name()(%s), modi_attr->Value()(%s)\n", modi_attr.Name(), modi_attr.Value());
     char nVal[kDetailFieldSize] = {};
     if (0 == getDetailFieldToStr(p_szDetail, modi_attr.Name(), nVal)) {
         std::vector<std::string> vecAccepted;
@@ -38,7 +39,8 @@ bool isSelectedBy(const TiXmlAttribute& modi_attr, const char* p_szDetail) {
             return true;
         }
     }
-    SENSOR_DBG("modi_attr->Name()(%s), modi_attr->Value()(%s) nVal(%s)\n", modi_attr.Name(), modi_attr.Value(), nVal);
+    SENSOR_DBG_OF(kMerge, "modi_attr->Name()(%s), modi_attr->Value()(%s) nVal(%s)\n", modi_attr.Name(),
+                  modi_attr.Value(), nVal);
     return false;
 }
 
@@ -54,7 +56,7 @@ bool isSelected(const TiXmlElement& p_objVariant, const char* p_szDetail) {
 
 void applyVariant(TiXmlDocument& doc_style, const TiXmlElement& p_objVariant) {
     const TiXmlElement* node_second = p_objVariant.FirstChildElement();
-    SENSOR_ASSERT(nullptr != node_second, "NULL != (node_second = node_first->FirstChildElement())");
+    SENSOR_ASSERT_OF(kMerge, nullptr != node_second, "NULL != (node_second = node_first->FirstChildElement())");
     for (; nullptr != node_second; node_second = node_second->NextSiblingElement()) {
         updateStyleTab(&doc_style, node_second->Value(), node_second->Attribute("tab_key"),
                        node_second->FirstChildElement());
@@ -65,7 +67,7 @@ void applyVariant(TiXmlDocument& doc_style, const TiXmlElement& p_objVariant) {
 void writeBack(TiXmlDocument& doc_style, int p_nChannelID, char** ui_style) {
     const std::string strFileName = "/tmp/merge_style_ch" + std::to_string(p_nChannelID) + ".xml";
     doc_style.SaveFile(platform::devicePath(strFileName));
-    SENSOR_INFO("%s\n", style::xmlString(doc_style).c_str());
+    SENSOR_INFO_OF(kMerge, "%s\n", style::xmlString(doc_style).c_str());
 
     const INT64 file_len = getFileLen(strFileName.c_str());
     const std::size_t nSize = static_cast<std::size_t>(file_len) + 1;
@@ -76,7 +78,7 @@ void writeBack(TiXmlDocument& doc_style, int p_nChannelID, char** ui_style) {
         *ui_style = pBlock;
         nLoaded = loadFromFile(strFileName.c_str(), *ui_style, file_len);
     }
-    SENSOR_ASSERT(nLoaded > 0, "loadFromFile(filename, *ui_style, file_len) > 0");
+    SENSOR_ASSERT_OF(kMerge, nLoaded > 0, "loadFromFile(filename, *ui_style, file_len) > 0");
 }
 
 }  // namespace
