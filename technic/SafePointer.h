@@ -38,7 +38,8 @@ public:
 
     SafePointer& operator=(const SafePointer&) = delete;
 
-    ~SafePointer() override { dec_reference(); }
+    // Meant: a report in here ends the process.
+    ~SafePointer() override { dec_reference(); }  // NOLINT(bugprone-exception-escape)
 
     T& operator*() const { return *m_pObject; }
     T* operator->() const { return m_pObject; }
