@@ -83,7 +83,7 @@ Result debug(Session& p_objSession, const Words& p_vecWords) {
 void addTalkCommands(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
     p_objTable.add({"echo", "[TEXT...]", "print the text", kGroup, 0, kAnyNumber, echo, Effect::speaks});
     p_objTable.add({"debug", "LEVEL [0|1]", "debug level and assertion switch of the library, until the session ends",
-                    kGroup, 1, 2, debug, Effect::looks});
+                    kGroup, 1, 2, debug, Effect::speaks});
     p_objTable.add({"trace", "[on|off]", "show commands and calls as they happen, or show whether they are", kGroup, 0,
                     1,
                     [&p_objInterpreter](Session&, const Words& p_vecWords) {

@@ -30,7 +30,7 @@ Interpreter::~Interpreter() {
 std::size_t Interpreter::run(LineSource& p_objLines) {
     std::size_t failed = 0;
     Line line;
-    while (!m_bQuit && !isInterrupted() && m_objOutput.isWhole() && p_objLines.next(line)) {
+    while (!m_bQuit && 0 == interruptSignal() && m_objOutput.isWhole() && p_objLines.next(line)) {
         Words words;
         Result result;
         try {

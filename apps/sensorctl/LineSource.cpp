@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace sensorctl {
 
@@ -52,7 +51,7 @@ bool StreamLines::next(Line& p_stLine) {
         m_nUsed += piece + (complete ? 1 : 0);
     }
     m_nNumber += found ? 1 : 0;
-    return found && !isInterrupted();
+    return found && 0 == interruptSignal();
 }
 
 bool StreamLines::fill() {
@@ -62,10 +61,7 @@ bool StreamLines::fill() {
     }
     m_strBuffer.resize(kPiece);
     m_nUsed = 0;
-    ssize_t count = -1;
-    do {
-        count = isInterrupted() ? 0 : read(m_nDescriptor, m_strBuffer.data(), kPiece);
-    } while (-1 == count && EINTR == errno);
+    const ssize_t count = waitForInput(m_nDescriptor) ? read(m_nDescriptor, m_strBuffer.data(), kPiece) : 0;
     m_strBuffer.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     return count > 0;
 }

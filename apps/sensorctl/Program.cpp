@@ -2,6 +2,7 @@
 
 #include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Interpreter.h"
+#include "apps/sensorctl/Interrupt.h"
 #include "apps/sensorctl/Text.h"
 #include "platform/DeviceRoot.h"
 
@@ -35,6 +36,13 @@ private:
     const int m_nDescriptor;
 };
 
+int statusOf(std::size_t p_nFailed) {
+    if (0 != interruptSignal()) {
+        return kInterrupted + interruptSignal();
+    }
+    return 0 == p_nFailed ? kAllOk : kCommandFailed;
+}
+
 int run(const Options& p_stOptions, simcam::Camera& p_objCamera, LineSource& p_objLines) {
     const LibraryOutput libraryOutput(p_stOptions.eLibraryOutput);
     Output output(libraryOutput.resultDescriptor(), p_stOptions.bJson ? Output::Form::jsonLines : Output::Form::text);
@@ -44,7 +52,7 @@ int run(const Options& p_stOptions, simcam::Camera& p_objCamera, LineSource& p_o
     }
     Interpreter interpreter(session, output, {p_stOptions.bTrace, p_stOptions.bKeepGoing});
     const std::size_t failed = interpreter.run(p_objLines);
-    const int status = 0 == failed ? kAllOk : kCommandFailed;
+    const int status = statusOf(failed);
     output.summary(interpreter.commands(), failed, status);
     if (!output.isWhole()) {
         std::cerr << "sensorctl: standard output cannot be written\n";

@@ -97,15 +97,13 @@ std::size_t Session::moduleIndex(std::size_t p_nModules) const {
 }
 
 bool Session::init(const ModuleConfigure& p_objConfigure) {
-    const ModuleConfigure configure = p_objConfigure;
-    ISensorController& objController = controller();
-    if (!objController.init(configure)) {
+    if (!controller().init(p_objConfigure)) {
         return false;
     }
     Channel& selected = m_mapChannels[m_nChannel];
     selected.bInitialised = true;
     selected.bConfigured = true;
-    selected.objConfigure = configure;
+    selected.objConfigure = p_objConfigure;
     return true;
 }
 
@@ -143,7 +141,7 @@ void Session::destroyControllers() {
 void Session::pass(INT64 p_nMicroseconds) {
     // Microseconds; how soon an interrupt is noticed. A held clock passes them in no time.
     const INT64 slice = m_stSettings.bRealTime ? 100000 : 60000000;
-    for (INT64 left = p_nMicroseconds; left > 0 && !isInterrupted(); left -= slice) {
+    for (INT64 left = p_nMicroseconds; left > 0 && 0 == interruptSignal(); left -= slice) {
         const INT64 step = std::min(left, slice);
         if (m_stSettings.bRealTime) {
             VelmorTime(0, static_cast<int>(step)).wait();

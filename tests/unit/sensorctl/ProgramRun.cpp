@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -95,9 +96,8 @@ std::vector<nlohmann::json> ProgramResult::jsonLines(const std::string& p_strTyp
 
 namespace {
 
-// Runs the program with its standard streams on these files and returns its status.
-int start(const std::vector<std::string>& p_vecArguments, const std::string& p_strInput, const std::string& p_strOutput,
-          const std::string& p_strErrors) {
+// Becomes the program; only in a child process.
+[[noreturn]] void become(const std::vector<std::string>& p_vecArguments) {
     std::vector<std::string> words = listOf(SENSORCTL_EMULATOR);
     words.push_back(SENSORCTL_PROGRAM);
     words.insert(words.end(), p_vecArguments.begin(), p_vecArguments.end());
@@ -106,24 +106,92 @@ int start(const std::vector<std::string>& p_vecArguments, const std::string& p_s
         pointers.push_back(word.data());
     }
     pointers.push_back(nullptr);
+    unsetenv("CAMERA_ROOT");
+    execvp(pointers[0], pointers.data());
+    _exit(127);
+}
 
+int statusOf(int p_nWaited) {
+    return WIFEXITED(p_nWaited) ? WEXITSTATUS(p_nWaited) : 128 + WTERMSIG(p_nWaited);
+}
+
+// Runs the program with its standard streams on these files and returns its status.
+int start(const std::vector<std::string>& p_vecArguments, const std::string& p_strInput, const std::string& p_strOutput,
+          const std::string& p_strErrors) {
     const pid_t child = fork();
     if (0 == child) {
-        unsetenv("CAMERA_ROOT");
         redirect(p_strInput, O_RDONLY, STDIN_FILENO);
         redirect(p_strOutput, O_WRONLY, STDOUT_FILENO);
         redirect(p_strErrors, O_WRONLY, STDERR_FILENO);
-        execvp(pointers[0], pointers.data());
-        _exit(127);
+        become(p_vecArguments);
     }
-    int status = 0;
-    if (-1 == child || waitpid(child, &status, 0) != child) {
+    int waited = 0;
+    if (-1 == child || waitpid(child, &waited, 0) != child) {
         throw std::runtime_error("cannot start " SENSORCTL_PROGRAM);
     }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return statusOf(waited);
 }
 
 }  // namespace
+
+StartedProgram::StartedProgram(const std::vector<std::string>& p_vecArguments) {
+    int input[2];
+    int output[2];
+    if (-1 == pipe2(input, O_CLOEXEC) || -1 == pipe2(output, O_CLOEXEC)) {
+        throw std::runtime_error("cannot make pipes");
+    }
+    m_nChild = fork();
+    if (0 == m_nChild) {
+        dup2(input[0], STDIN_FILENO);
+        dup2(output[1], STDOUT_FILENO);
+        redirect("/dev/null", O_WRONLY, STDERR_FILENO);
+        become(p_vecArguments);
+    }
+    close(input[0]);
+    close(output[1]);
+    m_nInput = input[1];
+    m_nOutput = output[0];
+}
+
+StartedProgram::~StartedProgram() {
+    if (-1 != m_nChild) {
+        kill(m_nChild, SIGKILL);
+        finish();
+    }
+    close(m_nOutput);
+}
+
+void StartedProgram::say(const std::string& p_strLine) {
+    const std::string line = p_strLine + "\n";
+    EXPECT_EQ(write(m_nInput, line.data(), line.size()), static_cast<ssize_t>(line.size()));
+}
+
+std::string StartedProgram::hear() {
+    std::string line;
+    for (char letter = 0; 1 == read(m_nOutput, &letter, 1) && '\n' != letter;) {
+        line += letter;
+    }
+    return line;
+}
+
+void StartedProgram::signal(int p_nSignal) {
+    kill(m_nChild, p_nSignal);
+}
+
+int StartedProgram::finish(bool p_bEndInput) {
+    if (p_bEndInput) {
+        close(m_nInput);
+        m_nInput = -1;
+    }
+    int waited = 0;
+    waitpid(m_nChild, &waited, 0);
+    m_nChild = -1;
+    if (-1 != m_nInput) {
+        close(m_nInput);
+        m_nInput = -1;
+    }
+    return statusOf(waited);
+}
 
 ProgramResult runProgram(const std::vector<std::string>& p_vecArguments, const std::string& p_strInput) {
     const TemporaryFile input(p_strInput);

@@ -34,6 +34,27 @@ ProgramResult runProgram(const std::vector<std::string>& p_vecArguments, const s
 // The same with standard output leading to this path of the machine; strOutput stays empty.
 ProgramResult runProgramTo(const std::string& p_strOutputPath, const std::vector<std::string>& p_vecArguments);
 
+// A program that is spoken to while it runs. The destructor kills one that still does.
+class StartedProgram {
+public:
+    explicit StartedProgram(const std::vector<std::string>& p_vecArguments);
+    ~StartedProgram();
+    StartedProgram(const StartedProgram&) = delete;
+    StartedProgram& operator=(const StartedProgram&) = delete;
+
+    void say(const std::string& p_strLine);
+    // The next line of standard output; blocks until there is one, empty at the end.
+    std::string hear();
+    void signal(int p_nSignal);
+    // Ends standard input, waits for the end and returns the exit status.
+    int finish(bool p_bEndInput = true);
+
+private:
+    int m_nChild = -1;
+    int m_nInput = -1;
+    int m_nOutput = -1;
+};
+
 // As runProgram with the tree as the device root and the script on standard input.
 ProgramResult runScript(const DeviceTree& p_objTree, const std::string& p_strScript,
                         std::vector<std::string> p_vecOptions = {});
