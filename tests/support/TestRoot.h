@@ -47,3 +47,12 @@ std::string outputOf(Code&& p_fnCode) {
     p_fnCode();
     return detail::endCapture();
 }
+
+// Runs a piece of code without what it writes to standard output and returns its result.
+template <typename Code>
+auto quietly(Code&& p_fnCode) {
+    detail::beginCapture();
+    auto result = p_fnCode();
+    detail::endCapture();
+    return result;
+}
