@@ -3,11 +3,11 @@
 #include "tests/support/Messages.h"
 #include "tests/support/TestRoot.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -123,11 +123,11 @@ TEST_F(ErrorLog, IsKeptInThreeFilesOf10240Bytes) {
     const std::vector<std::string> vecLines = linesOf(strAll);
     ASSERT_GT(vecLines.size(), 300u);
     EXPECT_EQ("2024-05-01 12:00:00 [sensor assert] position(399)", vecLines.back());
-    const std::regex entry(
+    constexpr char kEntry[] =
         "2024-05-01 12:00:00 \\[sensor assert\\] (file:Camera\\.cpp fun:checkPosition line:[0-9]+|"
-        "lens fits   ~~~Assertion failed\\.|position\\([0-9]+\\))");
+        "lens fits   ~~~Assertion failed\\.|position\\([0-9]+\\))";
     for (const std::string& strLine : vecLines) {
-        EXPECT_TRUE(std::regex_match(strLine, entry)) << strLine;
+        EXPECT_THAT(strLine, testing::MatchesRegex(kEntry));
     }
 }
 
