@@ -205,12 +205,15 @@ TEST_F(Transcript, ShowsEachEntryToTheObserverAtOnce) {
 
 TEST_F(Transcript, ObserverMayCallTheCamera) {
     std::vector<std::string> vecSeen;
+    int nInside = 0;
     camera.transcript().setObserver([&](const TranscriptEntry& p_stEntry) {
+        EXPECT_EQ(1, ++nInside) << "one entry at a time";
         vecSeen.push_back(toText(p_stEntry, false));
         if (34 == p_stEntry.command) {
             set(2337, 5);
             camera.video().notifyChange(1, 2337, 5);
         }
+        --nInside;
     });
     set(34, 1);
     EXPECT_THAT(vecSeen, ElementsAre("ia ch0 set 34 1 = 0", "ia ch0 set 2337 5 = 0", "video ch1 2337 5 = 0"));
