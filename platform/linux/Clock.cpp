@@ -15,6 +15,10 @@ namespace {
 
 constexpr INT64 kMicrosecondsPerSecond = 1000000;
 
+// Calls of a body in a row without a wait that make it a spinning one. More than a body that works through a list
+// takes, few enough to be over in no time.
+constexpr int kCallsOfSpinning = 1000;
+
 thread_local ClockThread* t_pThisThread = nullptr;  // null on a thread that no GThread runs
 
 // Both not negative; stays at the largest number in place of an overflow.
@@ -65,6 +69,7 @@ public:
     void waitElsewhere(INT64 p_nMicroseconds);
 
     void enlist(ClockThread& p_objThread);
+    void bodyReturned(ClockThread& p_objThread);
     void end(ClockThread& p_objThread);
     void requestStop(ClockThread& p_objThread);
     bool stopRequested(const ClockThread& p_objThread);
@@ -91,7 +96,7 @@ private:
     INT64 m_nHeldSince = 0;             // on the time line
 
     std::vector<ClockThread*> m_vecThreads;  // alive, in the order of construction
-    int m_nRunning = 0;                      // threads that are alive and not waiting on the clock
+    int m_nRunning = 0;                      // threads that are alive, not waiting on the clock and not spinning
 
     // Movers take turns in the order in which they came.
     INT64 m_nNextTurn = 0;
@@ -139,7 +144,7 @@ bool ClockState::isHeld() {
 
 bool ClockState::advance(INT64 p_nMicroseconds) {
     Lock lock(m_mutex);
-    if (p_nMicroseconds < 0 || !m_bHeld || nullptr != t_pThisThread) {
+    if (p_nMicroseconds < 0 || nullptr != t_pThisThread) {
         return false;
     }
     return move(lock, p_nMicroseconds);
@@ -179,9 +184,11 @@ bool ClockState::waitOnThread(ClockThread& p_objThread, INT64 p_nMicroseconds) {
     if (0 == p_nMicroseconds) {
         return true;
     }
+    p_objThread.m_nCallsWithoutWait = -1;  // this call does not count
     p_objThread.m_nDue = sumOf(now(), p_nMicroseconds);
     p_objThread.m_bBlocked = true;
-    --m_nRunning;
+    m_nRunning -= p_objThread.m_bSpinning ? 0 : 1;
+    p_objThread.m_bSpinning = false;
     m_changed.notifyAll();
     while (p_objThread.m_bBlocked) {
         if (m_bHeld) {
@@ -224,7 +231,7 @@ bool ClockState::move(Lock& p_objLock, INT64& p_nLeft) {
     return bDone;
 }
 
-// False when the clock was released before the move was over; p_nLeft is what is left of it.
+// False when the clock is not held, or released before the move was over; p_nLeft is what is left of it.
 bool ClockState::moveInTurn(Lock& p_objLock, INT64& p_nLeft) {
     while (true) {
         while (m_bHeld && m_nRunning > 0) {
@@ -291,6 +298,15 @@ void ClockState::end(ClockThread& p_objThread) {
     if (!p_objThread.m_bEnded) {
         p_objThread.m_bEnded = true;
         m_vecThreads.erase(std::find(m_vecThreads.begin(), m_vecThreads.end(), &p_objThread));
+        m_nRunning -= p_objThread.m_bSpinning ? 0 : 1;
+        m_changed.notifyAll();
+    }
+}
+
+void ClockState::bodyReturned(ClockThread& p_objThread) {
+    const Lock lock(m_mutex);
+    if (!p_objThread.m_bSpinning && kCallsOfSpinning == ++p_objThread.m_nCallsWithoutWait) {
+        p_objThread.m_bSpinning = true;
         --m_nRunning;
         m_changed.notifyAll();
     }
@@ -317,6 +333,9 @@ ClockThread::~ClockThread() {
 }
 void ClockThread::adopt() {
     t_pThisThread = this;
+}
+void ClockThread::bodyReturned() {
+    ClockState::instance().bodyReturned(*this);
 }
 void ClockThread::end() {
     if (this == t_pThisThread) {

@@ -62,6 +62,7 @@ void runThread(const std::shared_ptr<Run>& p_pRun, const void* p_pObject) {
     bool bGoOn = call(job.start, "start", job.name);
     while (bGoOn && !p_pRun->clock.stopRequested()) {
         bGoOn = call(job.body, "body", job.name);
+        p_pRun->clock.bodyReturned();
     }
     call(job.exit, "exit", job.name);
 

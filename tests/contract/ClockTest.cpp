@@ -261,6 +261,51 @@ TEST_F(ClockTest, AnEndedThreadHoldsNoMoveUp) {
     EXPECT_FALSE(objThread.isRunning());
 }
 
+TEST_F(ClockTest, ABodyThatSpinsHoldsNoMoveUp) {
+    std::atomic<bool> bSpin{true};
+    Story story;
+    GThread objThread(
+        [&] {
+            if (!bSpin && VelmorTime(1, 0).wait()) {
+                story.add("waited");
+            }
+            return 0;
+        },
+        "Spinner", GThread::emptyFunction, GThread::emptyFunction);
+    EXPECT_TRUE(objThread.start());
+    EXPECT_TRUE(Clock::advance(10 * kSecond));
+    EXPECT_TRUE(VelmorTime(1, 0).wait());
+    Clock::settle();
+    bSpin = false;
+    while (story.told().empty()) {  // until it waits on the clock again, moves may pass it
+        EXPECT_TRUE(Clock::advance(kSecond));
+    }
+    Clock::settle();
+    const std::size_t nBefore = story.told().size();
+    EXPECT_TRUE(Clock::advance(3 * kSecond));
+    EXPECT_EQ(story.told().size(), nBefore + 3);
+    bSpin = true;
+    EXPECT_TRUE(Clock::advance(5 * kSecond));
+    EXPECT_EQ(story.told().size(), nBefore + 4);
+    EXPECT_TRUE(objThread.stop());
+    EXPECT_TRUE(Clock::advance(kSecond));
+}
+
+TEST_F(ClockTest, ABodyThatWorksThroughAListIsWaitedFor) {
+    std::atomic<int> nCalls{0};
+    GThread objThread(
+        [&] {
+            if (0 == ++nCalls % 999) {
+                VelmorTime(1, 0).wait();
+            }
+            return 0;
+        },
+        "Worker", GThread::emptyFunction, GThread::emptyFunction);
+    EXPECT_TRUE(objThread.start());
+    EXPECT_TRUE(Clock::advance(3 * kSecond));
+    EXPECT_EQ(nCalls, 4 * 999);
+}
+
 TEST_F(ClockTest, SettlingWaitsForTheThreadsWithoutMoving) {
     std::atomic<bool> bReached{false};
     GThread objThread(

@@ -45,6 +45,20 @@ TEST_F(VelmorTimeTest, AWaitOfNoLengthMovesNothing) {
     EXPECT_EQ(Clock::monotonicMicroseconds(), nStart);
 }
 
+TEST_F(VelmorTimeTest, AWaitOfNoLengthDoesNotBlockAGThread) {
+    Story story;
+    GThread objThread(
+        [&] {
+            story.add(VelmorTime(0, 0).wait() ? "passed" : "stopped");
+            VelmorTime(1, 0).wait();
+            return 0;
+        },
+        "Waiter", GThread::emptyFunction, GThread::emptyFunction);
+    EXPECT_TRUE(objThread.start());
+    Clock::settle();
+    EXPECT_EQ(story.told(), std::vector<std::string>{"passed"});
+}
+
 TEST_F(VelmorTimeTest, AWaitOfAnOrdinaryThreadLetsDueThreadsRun) {
     std::atomic<int> nCalls{0};
     GThread objThread(

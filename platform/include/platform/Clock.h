@@ -50,7 +50,8 @@ public:
     // returns false; so does a clock that is released on the way, for what is left.
     //
     // The caller must hold nothing that such a thread needs, or both wait for ever. The same goes for whoever waits on
-    // a held clock on any other thread, and a GThread whose body never waits on the clock lets nobody move it.
+    // a held clock on any other thread. A body that came back 1000 times in a row without waiting counts as at rest
+    // until it waits again.
     static bool advance(INT64 p_nMicroseconds);
 
     // Blocks until every thread that a GThread runs is waiting on the held clock or has ended, without moving the
