@@ -223,6 +223,22 @@ TEST_F(GThreadTest, TheThreadItselfCannotStartItAgain) {
     EXPECT_TRUE(pThread->stop());
 }
 
+TEST_F(GThreadTest, TheThreadItselfCannotStartItAgainWhileAnotherStopsIt) {
+    std::unique_ptr<GThread> pThread;
+    std::atomic<bool> bStarted{true};
+    pThread = std::make_unique<GThread>(
+        [&] {
+            VelmorTime(3600, 0).wait();  // ends when the other thread is inside stop
+            bStarted = pThread->start();
+            return 0;
+        },
+        "Test", GThread::emptyFunction, GThread::emptyFunction);
+    EXPECT_TRUE(pThread->start());
+    Clock::settle();
+    EXPECT_TRUE(pThread->stop());
+    EXPECT_FALSE(bStarted);
+}
+
 TEST_F(GThreadTest, TellsWhetherARunIsGoingOn) {
     GThread objThread(tells("body"), "Test", GThread::emptyFunction, GThread::emptyFunction);
     EXPECT_FALSE(objThread.isRunning());

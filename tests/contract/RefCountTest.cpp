@@ -180,6 +180,12 @@ TEST(RefCountTest, ReturningNullOrALivingCountOrOneOfAnotherTypeIsIgnored) {
     EXPECT_EQ(pCount->dec_reference(), 0);
     pManager->returnbackRefCount(pCount, "Other");
     EXPECT_EQ(pCount->getPointer(), &nObject);
+    ref_count* const pOther = retrieve(&nObject, "Other");
+    pManager->returnbackRefCount(pCount, "Other");
+    EXPECT_EQ(pCount->getPointer(), &nObject);
+    EXPECT_EQ(retrieve(&nObject, "Other"), pOther);
+    release(pOther, "Other");
+    release(pOther, "Other");
     pManager->returnbackRefCount(pCount, "Type");
     EXPECT_EQ(pCount->getPointer(), nullptr);
     pManager->returnbackRefCount(pCount, "Type");  // a second time

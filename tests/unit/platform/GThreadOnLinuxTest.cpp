@@ -63,6 +63,8 @@ TEST_F(GThreadOnLinuxTest, ARunThatDestroysItsObjectEndsAlone) {
             started.pass();
             strStory += "body ";
             pThread.reset();
+            GThread objNext(GThread::emptyFunction, "Next", nullptr, nullptr);  // perhaps at the same address
+            strStory += objNext.start() && objNext.stop() ? "next " : "mistaken ";
             strStory += VelmorTime(1, 0).wait() ? "passed " : "stopped ";
             return 0;
         },
@@ -74,7 +76,7 @@ TEST_F(GThreadOnLinuxTest, ARunThatDestroysItsObjectEndsAlone) {
     EXPECT_TRUE(pThread->start());
     started.open();
     Clock::settle();
-    EXPECT_EQ(strStory, "body stopped exit");
+    EXPECT_EQ(strStory, "body next stopped exit");
 }
 
 TEST_F(GThreadOnLinuxTest, TheLineOfAnExceptionNamesTheThreadAndTheFunction) {
