@@ -83,8 +83,7 @@ bool writeEntry(const std::string& p_strPath, std::size_t p_nSize, int p_nCount,
         struct stat stLog = {};
         const std::string strEntry = entryOf(p_szTag, p_szText, p_nSize);
         bool bGoOn = 0 == ::fstat(nHandle, &stLog);
-        const bool bFull =
-            bGoOn && stLog.st_size > 0 && static_cast<std::uintmax_t>(stLog.st_size) + strEntry.size() > p_nSize;
+        const bool bFull = bGoOn && static_cast<std::uintmax_t>(stLog.st_size) + strEntry.size() > p_nSize;
         if (bFull) {
             bGoOn = rotate(p_strPath, nHandle, p_nCount);
         } else {

@@ -70,9 +70,15 @@ TEST_F(QVLoggerOnDiskTest, ALogThatCannotRotateTakesNoEntry) {
     systemFaults::fail("rename", EIO);
     EXPECT_FALSE(log("b"));
     EXPECT_EQ(file(""), entry("a"));
+    EXPECT_TRUE(log("b"));
+    systemFaults::fail("rename", EIO);  // of the older file; the newer one must not take its place
+    EXPECT_FALSE(log("c"));
+    EXPECT_EQ(file(""), entry("b"));
+    EXPECT_EQ(file(".1"), entry("a"));
+    m_objRoot.remove(kLog + std::string(".1"));
     m_objRoot.makeFolder(kLog + std::string(".1/in the way"));
-    EXPECT_FALSE(log("b", 2));
-    EXPECT_EQ(file(""), entry("a"));
+    EXPECT_FALSE(log("c", 2));
+    EXPECT_EQ(file(""), entry("b"));
 }
 
 TEST_F(QVLoggerOnDiskTest, ASignalDoesNotLoseAnEntry) {
