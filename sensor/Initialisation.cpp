@@ -111,6 +111,7 @@ bool ISensorController::init(const ModuleConfigure& p_objModuleConfigure) {
 void ISensorController::allocateSets(KeyVal* p_pFactory) {
     const std::size_t nSets = std::size_t{m_stSysConf.nSchemeSum} + 1;
     KeyVal* const pBlock = allocateSchemeBlock(nSets * m_nKeyValSum);
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of addresses
     m_ppUserKeyVal = static_cast<KeyVal**>(std::calloc(nSets, sizeof(KeyVal*)));
     for (std::size_t i = 0; i < nSets; ++i) {
         m_ppUserKeyVal[i] = pBlock + i * m_nKeyValSum;
