@@ -78,6 +78,9 @@ int runSession(const Options& p_stOptions, simcam::Camera& p_objCamera) {
             std::cerr << "sensorctl: the script " + quoted(script) + " cannot be read\n";
             return kUsage;
         }
+        if (script.empty() && isatty(STDIN_FILENO)) {
+            std::cerr << "sensorctl: type commands, one a line; help lists them, quit ends\n";
+        }
         StreamLines lines(input.descriptor(), script.empty() ? "standard input" : script);
         return run(p_stOptions, p_objCamera, lines);
     } catch (const CommandError& error) {

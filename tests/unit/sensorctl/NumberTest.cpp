@@ -40,7 +40,7 @@ TEST_P(BadNumber, IsRefusedAndQuoted) {
 
 INSTANTIATE_TEST_SUITE_P(Number, BadNumber,
                          testing::Values("", "-", "+", "abc", "12a", "1.5", "1 ", " 1", "0x", "0xG", "--1",
-                                         "2147483648", "-2147483649", "0x80000000",
+                                         "2147483648", "-2147483649", "0x80000000", "18446744073709551676",
                                          "99999999999999999999999999999999999999999"));
 
 TEST(Number, TheRangeStandsInTheRefusal) {
