@@ -21,6 +21,7 @@ ISensorController::ISensorController() {
 
 ISensorController::~ISensorController() {
     m_pSensorThread->stop();
+    m_pSensorThread.reset();  // before the members that its body reads
 }
 
 // Meant: on this device the one sensor is the thermal channel, whatever the host says.
@@ -30,7 +31,7 @@ void ISensorController::setChannelID(int p_nChannelID) {
 }
 
 u32 ISensorController::getSensorType() const {
-    return m_stSysConf.moduleConfig.nModuleId;
+    return loadRelaxed(m_stSysConf.moduleConfig.nModuleId);
 }
 
 bool ISensorController::getSensorStatus() const {

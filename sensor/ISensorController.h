@@ -245,7 +245,7 @@ private:
     bool applyOnSecondChannel(u32 p_nKey, u32& p_nValue);
     bool shareDayNightKey(u32 p_nKey, u32 p_nValue);
     bool isPowerAllowed(const KeyVal& p_stEntry);
-    bool followLightType(u32& p_nKey, u32 p_nValue);
+    bool followLightType(u32 p_nLightType, u32& p_nKey, u32 p_nValue);
     bool dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry);
     void record(u32 p_nIndex, const KeyVal& p_stEntry);
     bool setCached(u32 p_nKey, int p_nValue);

@@ -140,19 +140,16 @@ bool ISensorController::isPowerAllowed(const KeyVal& p_stEntry) {
 
 // Writes a light parameter to its twin and says in p_nKey which of the two is sent. False when the entry's side of the
 // pair does not count under the current light.
-bool ISensorController::followLightType(u32& p_nKey, u32 p_nValue) {
-    const u32 nScheme = m_nCurScheme;
-    u32 nLightType = 0;
-    getKeyValFromCache(nScheme, KEY_LIGHT_TYPE, nLightType);
+bool ISensorController::followLightType(u32 p_nLightType, u32& p_nKey, u32 p_nValue) {
     for (const LightPair& stPair : kLightPairs) {
         if (stPair.nBase != p_nKey && stPair.nIntelligent != p_nKey) {
             continue;
         }
         const bool bBase = stPair.nBase == p_nKey;
-        if (bBase == (kIntelligentLight == nLightType)) {
+        if (bBase == (kIntelligentLight == p_nLightType)) {
             return false;
         }
-        setKeyValToCache(nScheme, bBase ? stPair.nIntelligent : stPair.nBase, p_nValue, true);
+        setKeyValToCache(m_nCurScheme, bBase ? stPair.nIntelligent : stPair.nBase, p_nValue, true);
         p_nKey = stPair.nBase;
         return true;
     }
@@ -210,11 +207,12 @@ ISensorController::EntryOutcome ISensorController::applyEntry(u32 p_nIndex, KeyV
         return EntryOutcome::Record;
     }
     const bool bSend = shareDayNightKey(nKey, nValue);
+    const u32 nLightType = companion(KEY_LIGHT_TYPE);
     if (!isPowerAllowed(p_stEntry)) {
         p_nResult = negated(p_nFirstKey);  // meant: the list's first key, not the offending one
         return EntryOutcome::EndWalk;
     }
-    if (!followLightType(nKey, nValue)) {
+    if (!followLightType(nLightType, nKey, nValue)) {
         return EntryOutcome::LeaveOut;
     }
     if (bSend && !dispatch(nKey, p_nIndex, p_stEntry)) {

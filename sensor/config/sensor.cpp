@@ -8,6 +8,7 @@
 #include "sensor/config/SensorFile.h"
 #include "sensor/diag/Message.h"
 #include "sensor/style/StyleMerge.h"
+#include "technic/RelaxedWord.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -55,6 +56,21 @@ void copyText(char (&p_szField)[N], const std::string& p_strText, const char* p_
     p_szField[nLength] = '\0';
 }
 
+// Zeroes the record but for the module id, which a host may ask for while a reset fills the record again.
+void clear(SysConfig& p_stSysConf, u32 p_nModuleId) {
+    ModuleConfig& stModule = p_stSysConf.moduleConfig;
+    storeRelaxed(stModule.nModuleId, p_nModuleId);
+    std::memset(stModule.szLabel, 0, sizeof(stModule.szLabel));
+    std::memset(stModule.szShortLabel, 0, sizeof(stModule.szShortLabel));
+    std::memset(stModule.szParameters, 0, sizeof(stModule.szParameters));
+    std::memset(stModule.szDetail, 0, sizeof(stModule.szDetail));
+    p_stSysConf.nSchemeSum = 0;
+    p_stSysConf.nLanguageSum = 0;
+    p_stSysConf.pLanguageFiles = nullptr;
+    p_stSysConf.szUIStyle = nullptr;
+    p_stSysConf.nDeviceType = 0;
+}
+
 u32 schemeSum(const char* p_szDetail) {
     u32 nSum = kDefaultSchemeSum;
     getDetailFieldTou32(p_szDetail, "max_scheme", &nSum);
@@ -84,11 +100,10 @@ int loadText(const char* p_szName, char* p_pBlock, INT64 p_nLength) {
 }  // namespace
 
 int initSysConf(int p_nChannelID, const ModuleConfigure& p_objModuleConfigure, SysConfig* p_stSysConf) {
-    *p_stSysConf = SysConfig();
+    clear(*p_stSysConf, p_objModuleConfigure.getModuleId());
     ModuleConfig& stModule = p_stSysConf->moduleConfig;
     copyText(stModule.szLabel, "xxx", "label");
     copyText(stModule.szShortLabel, "xxx", "short label");
-    stModule.nModuleId = p_objModuleConfigure.getModuleId();
     copyText(stModule.szParameters, p_objModuleConfigure.getParameters(), "parameters");
     copyText(stModule.szDetail, p_objModuleConfigure.getDetail(), "detail");
     p_stSysConf->nSchemeSum = schemeSum(stModule.szDetail);

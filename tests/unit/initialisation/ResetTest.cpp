@@ -1,7 +1,7 @@
 // Back to factory settings.
+#include "technic/QVMutex.h"
 #include "tests/unit/initialisation/StartedCamera.h"
 
-#include <thread>
 
 namespace {
 
@@ -165,14 +165,14 @@ TEST_F(Reset, WithADriverThatRefusesAParameterGoesOn) {
 }
 
 TEST_F(Reset, WaitsForTheLock) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     init();
-    controller().setParameter(KEY_BRIGHTNESS, 60, true);
-    probe().mutex().lock(__FILE__, __LINE__);
-    std::thread host([this] { controller().resetParameters(); });
-    EXPECT_EQ(60u, probe().valueIn(0, KEY_BRIGHTNESS));
-    probe().mutex().unlock(__FILE__, __LINE__);
-    host.join();
-    EXPECT_EQ(50u, probe().valueIn(0, KEY_BRIGHTNESS));
+    EXPECT_DEATH(
+        {
+            const QVMutexManager guard(&probe().mutex(), "the test", 7);
+            controller().resetParameters();
+        },
+        "QVMutex: locked a second time at ISensorController.cpp:[0-9]+ by the thread that locked it at the test:7");
 }
 
 // --- The module configuration of the new start ---

@@ -3,8 +3,10 @@
 #include "tests/unit/initialisation/StartedCamera.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <future>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -63,6 +65,31 @@ TEST_F(Teardown, LeavesTheStateOfAControllerWithoutSets) {
     EXPECT_EQ(-1, scheme());
     EXPECT_EQ(-1, probe().lastScheme());
     EXPECT_EQ(154u, probe().keyCmdNum());
+}
+
+TEST_F(Teardown, MeantTheParameterBlockOutlivesTheTeardownAndTheNextStartTakesAnother) {
+    init();
+    const KeyVal* const pOld = probe().set(0);
+    const std::vector<u32> vecValues = {pOld[0].value, pOld[1].value};
+    const u32 nFirstKey = pOld[0].key;
+    controller().uinit();
+    EXPECT_EQ(nFirstKey, pOld[0].key) << "still memory of the controller's own";
+    EXPECT_EQ(vecValues, (std::vector<u32>{pOld[0].value, pOld[1].value}));
+    init();
+    EXPECT_NE(pOld, probe().set(0));
+    EXPECT_EQ(nFirstKey, pOld[0].key);
+}
+
+TEST_F(Teardown, MeantThreeReleasedAddressesStayUntilTheNextStart) {
+    init();
+    const auto addresses = [this] {
+        return std::vector<std::uintptr_t>{reinterpret_cast<std::uintptr_t>(probe().keyCmdMap()),
+                                           reinterpret_cast<std::uintptr_t>(probe().scratch()),
+                                           reinterpret_cast<std::uintptr_t>(probe().work())};
+    };
+    const auto vecBefore = addresses();
+    controller().uinit();
+    EXPECT_EQ(vecBefore, addresses());
 }
 
 TEST_F(Teardown, MeantTheControllerStillCountsAsInitialised) {

@@ -3,6 +3,7 @@
 
 #include "platform/Clock.h"
 #include "sensor/Keys.h"
+#include "tests/support/Messages.h"
 #include "tests/support/RecordingCamera.h"
 #include "tests/support/SensorControllerProbe.h"
 #include "tests/support/TestRoot.h"

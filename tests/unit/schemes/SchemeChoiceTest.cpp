@@ -1,7 +1,8 @@
 // The host's operations: setParamScheme, getParamScheme, setParamMode, getParamMode.
+#include "technic/QVMutex.h"
 #include "tests/unit/schemes/SchemeCamera.h"
 
-#include <atomic>
+#include <functional>
 #include <thread>
 
 using testing::ElementsAre;
@@ -53,9 +54,10 @@ TEST_F(SchemeChoice, MeantASchemeOutOfRangeIsReportedAndNotTurnedAwayEarly) {
     probe.setCurScheme(1);
     for (const int nScheme : {4, -1}) {
         const std::string strOut = outputOf([&] { EXPECT_TRUE(controller.setParamScheme(nScheme)); });
-        EXPECT_THAT(strOut, HasSubstr("p_nScheme >= 0 && (u32)p_nScheme <= m_stSysConf.nSchemeSum   ~~~Assertion "
-                                      "failed.\n\033[0m\033[0m\033[31mp_nScheme(" +
-                                      std::to_string(nScheme) + ")\n\033[0m"));
+        EXPECT_THAT(messages::anyLine(strOut),
+                    HasSubstr(messages::assertion({"ISensorController.cpp", "setParamScheme"},
+                                                  "p_nScheme >= 0 && (u32)p_nScheme <= m_stSysConf.nSchemeSum") +
+                              messages::detail("p_nScheme(" + std::to_string(nScheme) + ")\n")));
         EXPECT_EQ(1, probe.curScheme());
     }
     root.debugLevel(6);
@@ -129,9 +131,9 @@ TEST_F(SchemeChoice, MeantAModeOutOfRangeIsReportedAndStored) {
     build(2);
     for (const int nMode : {2, -1}) {
         const std::string strOut = outputOf([&] { EXPECT_TRUE(controller.setParamMode(nMode)); });
-        EXPECT_THAT(strOut, HasSubstr("0 == p_nMode || 1 == p_nMode   ~~~Assertion failed.\n\033[0m\033[0m\033[31m"
-                                      "p_nMode(" +
-                                      std::to_string(nMode) + ")\n\033[0m"));
+        EXPECT_EQ(messages::assertion({"ISensorController.cpp", "setParamMode"}, "0 == p_nMode || 1 == p_nMode") +
+                      messages::detail("p_nMode(" + std::to_string(nMode) + ")\n"),
+                  messages::anyLine(strOut));
         EXPECT_EQ(static_cast<u32>(nMode), probe.paramMode());
     }
 }
@@ -148,8 +150,9 @@ TEST_F(SchemeChoice, OnAControllerThatIsNotInitialisedFailsAndTouchesNothing) {
     EXPECT_THAT(camera.transcript(), IsEmpty());
 }
 
-// Each operation takes the mutex: it blocks while another thread holds it.
-TEST_F(SchemeChoice, OperationsHoldTheMutex) {
+// A second lock of the mutex by one thread ends the process, with both places.
+TEST_F(SchemeChoice, EachOperationTakesTheMutex) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     build(2);
     int nOut = 0;
     const std::vector<std::function<void()>> vecOperations = {
@@ -159,19 +162,13 @@ TEST_F(SchemeChoice, OperationsHoldTheMutex) {
         [&] { controller.getParamMode(nOut); },
     };
     for (std::size_t i = 0; i < vecOperations.size(); ++i) {
-        std::atomic<bool> bDone{false};
-        probe.mutex().lock("test", 1);
-        std::thread host([&] {
-            vecOperations[i]();
-            bDone = true;
-        });
-        for (int nTurn = 0; nTurn < 200; ++nTurn) {
-            std::this_thread::yield();
-        }
-        EXPECT_FALSE(bDone) << "operation " << i;
-        probe.mutex().unlock("test", 2);
-        host.join();
-        EXPECT_TRUE(bDone) << "operation " << i;
+        EXPECT_DEATH(
+            {
+                const QVMutexManager guard(&probe.mutex(), "the test", 7);
+                vecOperations[i]();
+            },
+            "QVMutex: locked a second time at ISensorController.cpp:[0-9]+ by the thread that locked it at the test:7")
+            << "operation " << i;
     }
 }
 

@@ -237,10 +237,10 @@ TEST_F(DynamicWalk, TracesWhatItSetsAndDrops) {
     const auto stRange = rangeOf(2, {2});
     const std::string strOut =
         outputOf([&] { doDnaStyle(parse("<s><p id='49'><c index='1 x'/><c index='2'/></p></s>"), 49, &stRange); });
-    const messages::Place stPlace = {"SensorFile.cpp", messages::kAny};
+    const messages::Place stPlace = {"SensorFile.cpp", "doDnaStyle"};
     EXPECT_EQ(messages::debug(stPlace, "_________________cmd(49) default(2)__________________\n") +
                   messages::debug(stPlace, "_________________delete comboitem(1 x)__________________\n"),
-              messages::anyPlace(strOut));
+              messages::anyLine(strOut));
     root.debugLevel(5);
     EXPECT_EQ("", outputOf([&] { doDnaStyle(document.RootElement(), 49, &stRange); }));
 }
@@ -285,6 +285,7 @@ TEST_F(DynamicWalk, CollectsTheStylesOwnChoices) {
 TEST_F(DynamicWalk, MeantWithoutChoicesTheHighestIsTheCountAndTheLowestTheOldFirstItem) {
     auto stRange = rangeOf(77, {4, 5});
     stRange.max_val = 99;
+    stRange.min_val = 55;
     EXPECT_EQ(0, doCustomizeStyle(parse("<s><p id='49'><c/></p></s>"), 49, &stRange));
     EXPECT_EQ(0, stRange.items_cnt);
     EXPECT_EQ(0, stRange.max_val);
@@ -338,8 +339,8 @@ TEST_F(DynamicWalk, LeavesOutAndReportsChoicesBeyondThat) {
     EXPECT_EQ(1, stGuarded.range.min_val);
     EXPECT_EQ(64, stGuarded.range.max_val);
     EXPECT_EQ(-1, stGuarded.behind[0]);
-    EXPECT_EQ(messages::error({"SensorFile.cpp", messages::kAny}, "4936 choices beyond 64 are left out\n"),
-              messages::anyPlace(strOut));
+    EXPECT_EQ(messages::error({"SensorFile.cpp", "doCustomizeStyle"}, "4936 choices beyond 64 are left out\n"),
+              messages::anyLine(strOut));
 }
 
 // --- Pairing ---

@@ -13,9 +13,9 @@
 namespace {
 
 using documents::compact;
-using messages::anyPlace;
+using messages::anyLine;
 
-const messages::Place kPlace = {"SensorFile.cpp", messages::kAny};
+const messages::Place kPlace = {"SensorFile.cpp", "mergeStyle"};
 
 constexpr char kBase[] = "<style><tab key=\"image\"/><tab key=\"light\"/><tab key=\"lens\"/></style>";
 
@@ -135,7 +135,7 @@ TEST_F(StyleMerge, SkipsAVariantWithoutAttributes) {
 
 TEST_F(StyleMerge, TracesEachConditionItLooksAt) {
     root.debugLevel(6);
-    const std::string strOut = anyPlace(outputOf([this] {
+    const std::string strOut = anyLine(outputOf([this] {
         merged("<v none='x' name='A,B' other='C' late='D'><Delete tab_key='lens'/></v>", "(name=C)(other=C)(late=D)");
     }));
     const std::string strTraces =
@@ -183,8 +183,8 @@ TEST_F(StyleMerge, ReportsASelectedVariantWithoutOperationsAndGoesOn) {
                   merged("<empty name='A'/><full name='A'><Delete tab_key='lens'/></full>", "(name=A)"));
     });
     const std::string strCondition = "NULL != (node_second = node_first->FirstChildElement())";
-    EXPECT_EQ(messages::assertion(kPlace, strCondition), anyPlace(strOut));
-    EXPECT_EQ(messages::loggedAssertion(kPlace, strCondition), anyPlace(root.errorLog()));
+    EXPECT_EQ(messages::assertion(kPlace, strCondition), anyLine(strOut));
+    EXPECT_EQ(messages::loggedAssertion(kPlace, strCondition), anyLine(root.errorLog()));
 }
 
 // --- What an operation does ---
@@ -358,7 +358,7 @@ TEST_F(StyleMerge, GrowsAndShrinksTheText) {
 TEST_F(StyleMerge, ShowsTheMergedTextAboveDebugLevel) {
     root.debugLevel(7);
     const std::string strOut = outputOf([this] { merge("<style/>", "<v/>", ""); });
-    EXPECT_NE(std::string::npos, anyPlace(strOut).find(messages::info(kPlace, "<style />\n\n"))) << strOut;
+    EXPECT_NE(std::string::npos, anyLine(strOut).find(messages::info(kPlace, "<style />\n\n"))) << strOut;
     root.debugLevel(6);
     EXPECT_EQ(std::string::npos, outputOf([this] { merge("<style/>", "<v/>", ""); }).find("<style />"));
 }
@@ -376,7 +376,7 @@ TEST_F(StyleMerge, ReportsADiversityWithoutElementsAndKeepsTheBase) {
     const std::string strOut = outputOf([this] {
         EXPECT_EQ(tabs({"image", "light", "lens"}), merged("<!-- nothing differs -->", "(lens=1)"));
     });
-    EXPECT_EQ(messages::assertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())"), anyPlace(strOut));
+    EXPECT_EQ(messages::assertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())"), anyLine(strOut));
 }
 
 TEST_F(StyleMerge, ReportsABrokenDiversityAndKeepsTheBase) {
@@ -385,7 +385,7 @@ TEST_F(StyleMerge, ReportsABrokenDiversityAndKeepsTheBase) {
     });
     EXPECT_EQ(messages::assertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
                   messages::assertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())"),
-              anyPlace(strOut));
+              anyLine(strOut));
 }
 
 TEST_F(StyleMerge, AppliesADiversityAsFarAsItWasParsed) {
@@ -394,7 +394,7 @@ TEST_F(StyleMerge, AppliesADiversityAsFarAsItWasParsed) {
                   merged("<v lens='1'><Delete tab_key='image'/></v><v lens='1'><Delete tab_key=", "(lens=1)"));
     });
     EXPECT_EQ(messages::assertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)"),
-              anyPlace(strOut));
+              anyLine(strOut));
 }
 
 TEST_F(StyleMerge, ReportsABrokenBaseAndMergesWhatWasParsed) {
@@ -402,7 +402,7 @@ TEST_F(StyleMerge, ReportsABrokenBaseAndMergesWhatWasParsed) {
         EXPECT_EQ(tabs({"image"}), compact(merge("<style><tab key='image'/><tab key='lens'/>",
                                                  "<v lens='1'><Delete tab_key='lens'/></v>", "(lens=1)")));
     });
-    EXPECT_EQ(messages::assertion(kPlace, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)"), anyPlace(strOut));
+    EXPECT_EQ(messages::assertion(kPlace, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)"), anyLine(strOut));
 }
 
 TEST_F(StyleMerge, WithoutTextsReportsEachStepAndGivesAnEmptyText) {
@@ -416,16 +416,16 @@ TEST_F(StyleMerge, WithoutTextsReportsEachStepAndGivesAnEmptyText) {
                   messages::assertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
                   messages::assertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())") +
                   messages::assertion(kPlace, "loadFromFile(filename, *ui_style, file_len) > 0"),
-              anyPlace(strOut));
+              anyLine(strOut));
 }
 
 TEST_F(StyleMerge, ReportsAMergedFileThatCannotBeWritten) {
     root.remove("/tmp");
     const std::string strOut = outputOf([this] { EXPECT_EQ("", merge("<style/>", "<v/>", "")); });
-    EXPECT_EQ(messages::assertion(kPlace, "file.open(file_name)") +
+    EXPECT_EQ(messages::assertion({"SensorFile.cpp", "getFileLen"}, "file.open(file_name)") +
                   messages::detail("file_name(/tmp/merge_style_ch1.xml)") +
                   messages::assertion(kPlace, "loadFromFile(filename, *ui_style, file_len) > 0"),
-              anyPlace(strOut));
+              anyLine(strOut));
 }
 
 TEST_F(StyleMergeDeathTest, StopsTheProcessAtABrokenBaseWhenAssertionsAreEnabled) {
@@ -446,7 +446,7 @@ TEST_F(StyleMerge, RefusesABaseNestedTooDeeply) {
     const std::string strOut = outputOf([this] { EXPECT_EQ("", merge(documents::nest(257), "<v/>", "")); });
     EXPECT_EQ(messages::assertion(kPlace, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)") +
                   messages::assertion(kPlace, "loadFromFile(filename, *ui_style, file_len) > 0"),
-              anyPlace(strOut));
+              anyLine(strOut));
     EXPECT_EQ("", outputOf([this] { merge(documents::nest(256), "<v/>", ""); }));
 }
 
@@ -457,7 +457,7 @@ TEST_F(StyleMerge, RefusesADiversityNestedTooDeeply) {
     EXPECT_EQ(tabs({"image", "light", "lens"}), quietly([&] { return merged(variantOf(257), "(lens=1)"); }));
     EXPECT_EQ(messages::loggedAssertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
                   messages::loggedAssertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())"),
-              anyPlace(root.errorLog()));
+              anyLine(root.errorLog()));
     EXPECT_NE(std::string::npos, merged(variantOf(256), "(lens=1)").find("<a />"));
 }
 

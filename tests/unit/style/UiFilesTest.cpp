@@ -2,6 +2,7 @@
 #include "platform/Clock.h"
 #include "platform/ModuleConfigure.h"
 #include "sensor/style/ShowFlags.h"
+#include "technic/QVMutex.h"
 #include "tests/support/Messages.h"
 #include "tests/support/RecordingCamera.h"
 #include "tests/support/SensorControllerProbe.h"
@@ -257,14 +258,13 @@ TEST_F(UiFiles, LanguageFilesTraceTheirLanguageAtDebugLevel) {
 TEST_F(UiFiles, LanguageFilesWaitForTheLock) {
     init();
     speak({7});
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (const bool bCommon : {true, false}) {
-        std::string strText = "untouched";
-        probe.mutex().lock(__FILE__, __LINE__);
-        std::thread reader(
-            [&] { strText = bCommon ? controller.getUICommonFile(7) : controller.getUILanguageFile(7); });
-        std::strcpy((bCommon ? entries[0].szCommonFile : entries[0].szLanguageFile), "changed");
-        probe.mutex().unlock(__FILE__, __LINE__);
-        reader.join();
-        EXPECT_EQ("changed", strText);
+        EXPECT_DEATH(
+            {
+                const QVMutexManager guard(&probe.mutex(), "the test", 7);
+                bCommon ? controller.getUICommonFile(7) : controller.getUILanguageFile(7);
+            },
+            "QVMutex: locked a second time at ISensorController.cpp:[0-9]+ by the thread that locked it at the test:7");
     }
 }
