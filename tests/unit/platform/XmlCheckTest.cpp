@@ -63,7 +63,10 @@ TEST(XmlCheckTest, RefusesWhatTinyXmlWouldReadInAnotherWay) {
         "\xEF\xBB\xBF\xEF\xBB\xBF<a/>",
         "<a b='\xE2'/>'>",
         "<a>\x7F</a\x7F>",
-        "<a>&#12345678901;</a>",
+        "<a>&#00000000065;</a>",  // more digits than any character needs
+        "",
+        " \n",
+        "<!-- no element -->",
     };
     for (const char* const szText : rows) {
         EXPECT_FALSE(platform::isPlainXml(szText, kLevels)) << szText;
