@@ -149,18 +149,21 @@ TEST(OneWrite, GoesOnAfterASignal) {
         strLong += std::to_string(i) + " ";
     }
     OutputPipe pipe(OutputPipe::Kind::Pipe);
+    std::atomic<bool> bEnded{false};
     std::thread speaker([&] {
         SENSOR_TRACE("%s", strLong.c_str());
+        bEnded = true;
         pipe.restore();
     });
     std::string strShown = pipe.next(1);  // the write has begun and cannot end
     for (int i = 0; i < 20; ++i) {
         const int nBefore = g_nSignals;
         pthread_kill(speaker.native_handle(), SIGUSR1);
-        while (nBefore == g_nSignals) {
+        while (nBefore == g_nSignals && !bEnded) {
             std::this_thread::yield();
         }
     }
+    EXPECT_FALSE(bEnded);
     strShown += pipe.rest();
     speaker.join();
     EXPECT_EQ(0, sigaction(SIGUSR1, &stOld, nullptr));
