@@ -159,13 +159,15 @@ TEST_F(LightSwitches, WhiteLightOnSwitchesInfraredOffFirst) {
 TEST_F(LightSwitches, TheOtherLightIsLeftAloneUnlessTheDriverSaysOne) {
     for (const int nState : {0, 2, -1}) {
         SCOPED_TRACE(nState);
-        camera.driverHolds(0, 168, nState);
-        camera.driverHolds(0, 160, nState);
         probe.setKeyValToCache(0, KEY_IR_SWITCH, 0, false);
-        probe.setKeyValToCache(0, KEY_WHITE_SWITCH, 0, false);
+        probe.setKeyValToCache(0, KEY_WHITE_SWITCH, 1, false);  // an off would be sent
+        camera.driverHolds(0, 168, nState);
         camera.clear();
         EXPECT_TRUE(controller.setIRSwitch(1));
         EXPECT_THAT(camera.linesLike("ia ch0 set"), ElementsAre("ia ch0 set 160 = 1"));
+
+        probe.setKeyValToCache(0, KEY_IR_SWITCH, 1, false);
+        probe.setKeyValToCache(0, KEY_WHITE_SWITCH, 0, false);
         camera.driverHolds(0, 160, nState);
         camera.clear();
         EXPECT_TRUE(controller.setWhiteSwitch(1));

@@ -152,6 +152,15 @@ TEST_F(WriteDispatch, AnUnknownKeyIsReportedAndSentUnderItsOwnNumber) {
               messages::anyLine(root.errorLog()));
 }
 
+TEST_F(WriteDispatch, AnUnknownKeyIsNoActionAndIsSentWhileASchemeIsApplied) {
+    root.debugLevel(-1);
+    probe.setLastScheme(0);
+    probe.setFlags(SensorControllerProbe::switching_flag);
+    EXPECT_EQ(0, write({{kUnknown, 8}}));
+    probe.clearFlags(SensorControllerProbe::switching_flag);
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 set 4711 = 8"));
+}
+
 TEST_F(WriteDispatch, AnUnknownKeyIsTracedAtLevelSix) {
     root.debugLevel(6);
     EXPECT_THAT(messages::anyLine(outputOf([&] {
