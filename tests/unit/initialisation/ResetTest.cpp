@@ -2,7 +2,6 @@
 #include "technic/QVMutex.h"
 #include "tests/unit/initialisation/StartedCamera.h"
 
-
 namespace {
 
 using messages::anyLine;
