@@ -337,6 +337,19 @@ TEST_F(LimitedPower, MeantWithoutAPartnerTheDriverIsAskedForTheEntrysOwnKey) {
     EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 get 167 -> 60", "ia ch0 set 167 = 40"));
 }
 
+TEST_F(LimitedPower, TheLightTypeIsTheOneBeforeThePowerWasAskedFor) {
+    controller.uinit();
+    build(1, {{KEY_LIGHT_TYPE, 0}});
+    camera.onDriver(163, IA_CMD_OPT_GET, [this](int, void* data) {
+        probe.setKeyValToCache(0, KEY_LIGHT_TYPE, 2, true);
+        *static_cast<int*>(data) = 10;
+        return 0;
+    });
+    EXPECT_EQ(0, write({{KEY_IR_MANUAL_STRG_NEAR, 40}}));
+    EXPECT_EQ(2u, probe.valueIn(0, KEY_LIGHT_TYPE));
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 get 163 -> 10", "ia ch0 set 163 = 40"));
+}
+
 TEST_F(LimitedPower, ADriverThatDoesNotAnswerIsReportedAndLimitsNothing) {
     buildWithoutPowers();
     camera.driverFails(163, IA_CMD_OPT_GET, -3);
