@@ -52,7 +52,7 @@ std::string ISensorController::languageText(int p_nLanguageId, char* LanguageFil
     const LanguageFileEntry* const pFound = std::find_if(
         pFirst, pEnd, [=](const LanguageFileEntry& p_stEntry) { return p_stEntry.nLanguageId == p_nLanguageId; });
     const char* const szText = (pEnd == pFound ? pFirst : pFound)->*p_pText;
-    return nullptr == szText ? std::string() : std::string(szText);
+    return nullptr == szText ? "" : szText;
 }
 
 std::string ISensorController::getUICommonFile(int p_nLanguageId) {

@@ -84,10 +84,8 @@ u32 schemeSum(const char* p_szDetail) {
 
 // A zeroed heap block for the whole file and a terminator; null when there is no memory for it.
 char* textBlock(INT64 p_nLength) {
-    if (p_nLength < 0 || static_cast<unsigned long long>(p_nLength) >= SIZE_MAX) {
-        return nullptr;
-    }
-    return static_cast<char*>(std::calloc(static_cast<std::size_t>(p_nLength) + 1, 1));
+    const bool bFits = p_nLength >= 0 && static_cast<unsigned long long>(p_nLength) < SIZE_MAX;
+    return bFits ? static_cast<char*>(std::calloc(static_cast<std::size_t>(p_nLength) + 1, 1)) : nullptr;
 }
 
 // Loads the file into a block that was made for p_nLength bytes. The length is asked again, and a file that has grown in

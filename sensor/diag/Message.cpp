@@ -138,13 +138,12 @@ void print(const char* p_szFormat, ...) {
     writeOut(strText);
 }
 
-bool failed(const Place& p_stPlace, const char* p_szCondition) {
+void failed(const Place& p_stPlace, const char* p_szCondition) {
     reportFailedAssertion(p_stPlace, p_szCondition);
     abortIfEnabled(p_stPlace);
-    return false;
 }
 
-bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char* p_szFormat, ...) {
+void failedDetail(const Place& p_stPlace, const char* p_szCondition, const char* p_szFormat, ...) {
     reportFailedAssertion(p_stPlace, p_szCondition);
     if (isShown(Tag::Assert)) {
         va_list vaArguments;
@@ -154,7 +153,6 @@ bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char*
         emit(Tag::Assert, nullptr, strText);
     }
     abortIfEnabled(p_stPlace);
-    return false;
 }
 
 }  // namespace diag

@@ -52,9 +52,9 @@ void message(Tag p_eTag, const Place* p_pPlace, const char* p_szFormat, ...) __a
 
 void print(const char* p_szFormat, ...) __attribute__((format(printf, 1, 2)));
 
-// Report an assertion that does not hold. Both return false.
-bool failed(const Place& p_stPlace, const char* p_szCondition);
-bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char* p_szFormat, ...)
+// Report an assertion that does not hold.
+void failed(const Place& p_stPlace, const char* p_szCondition);
+void failedDetail(const Place& p_stPlace, const char* p_szCondition, const char* p_szFormat, ...)
     __attribute__((format(printf, 3, 4)));
 
 }  // namespace diag
@@ -91,12 +91,12 @@ bool failedDetail(const Place& p_stPlace, const char* p_szCondition, const char*
 #define SENSOR_PRINT(...) diag::print(__VA_ARGS__)
 
 // The values of a detail are looked at after the condition, and only when it does not hold.
-#define SENSOR_ASSERT_AT(line, holds, condition) ((holds) || diag::failed(SENSOR_PLACE_AT(line), condition))
+#define SENSOR_ASSERT_AT(line, holds, condition) ((holds) || (diag::failed(SENSOR_PLACE_AT(line), condition), false))
 #define SENSOR_ASSERT(holds, condition) SENSOR_ASSERT_AT(__LINE__, holds, condition)
 #define SENSOR_ASSERT_OF(operation, holds, condition) \
-    ((holds) || diag::failed(SENSOR_PLACE_OF(operation, __LINE__), condition))
+    ((holds) || (diag::failed(SENSOR_PLACE_OF(operation, __LINE__), condition), false))
 #define SENSOR_ASSERT_DETAIL_AT(line, holds, condition, ...) \
-    ((holds) || diag::failedDetail(SENSOR_PLACE_AT(line), condition, __VA_ARGS__))
+    ((holds) || (diag::failedDetail(SENSOR_PLACE_AT(line), condition, __VA_ARGS__), false))
 #define SENSOR_ASSERT_DETAIL(holds, condition, ...) SENSOR_ASSERT_DETAIL_AT(__LINE__, holds, condition, __VA_ARGS__)
 #define SENSOR_ASSERT_DETAIL_OF(operation, holds, condition, ...) \
-    ((holds) || diag::failedDetail(SENSOR_PLACE_OF(operation, __LINE__), condition, __VA_ARGS__))
+    ((holds) || (diag::failedDetail(SENSOR_PLACE_OF(operation, __LINE__), condition, __VA_ARGS__), false))

@@ -30,13 +30,12 @@ int style2KeyVal(TiXmlElement* pRootNode, KeyVal* p_pKeyVal, u32* p_pnKeyValNum)
                                      static_cast<u32>(style::intAttribute(*pRootNode, "value", 0))};
         ++*p_pnKeyValNum;
     }
-    for (TiXmlElement* pChild = pRootNode->FirstChildElement(); nullptr != pChild;
+    int nResult = 0;
+    for (TiXmlElement* pChild = pRootNode->FirstChildElement(); nullptr != pChild && 0 == nResult;
          pChild = pChild->NextSiblingElement()) {
-        if (0 != style2KeyVal(pChild, p_pKeyVal, p_pnKeyValNum)) {
-            return -1;
-        }
+        nResult = style2KeyVal(pChild, p_pKeyVal, p_pnKeyValNum);
     }
-    return 0;
+    return nResult;
 }
 
 int getFctData(int p_channelID, char* p_szStyle, KeyVal* p_pKeyVal, u32* p_pnKeyValNum, bool p_bShowWDRFalg) {
