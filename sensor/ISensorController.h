@@ -63,7 +63,7 @@ public:
     // The module id of the module configuration. No lock.
     u32 getSensorType() const;
 
-    // True from the end of the first init on, also after uinit. No lock.
+    // True from the end of init on, also after uinit; false while another init runs. No lock.
     bool getSensorStatus() const;
 
     // Does nothing.
@@ -192,7 +192,7 @@ private:
     enum Flag : u32 {
         init_flag = 1u << 0,       // init is running
         uinit_flag = 1u << 1,      // uinit is running
-        inited_flag = 1u << 2,     // init has ended once; never cleared again
+        inited_flag = 1u << 2,     // init has ended; only another init clears it
         resetting_flag = 1u << 3,  // resetParameters is running
         rollback_flag = 1u << 4,   // a rollback to the stored values is running
         switching_flag = 1u << 5,  // a scheme is being applied

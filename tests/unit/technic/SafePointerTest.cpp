@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 #include <unistd.h>
-#include <csignal>
-#include <cstdlib>
 
 #include <atomic>
+#include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <string>
