@@ -38,3 +38,10 @@ find_library(INIH_LIBRARY inih REQUIRED)
 add_library(inih INTERFACE)
 target_include_directories(inih SYSTEM INTERFACE ${INIH_INCLUDE_DIR})
 target_link_libraries(inih INTERFACE ${INIH_LIBRARY})
+
+# libedit: the prompt of sensorctl. A cross build has the library without its development package, hence the second name.
+find_path(LIBEDIT_INCLUDE_DIR histedit.h REQUIRED)
+find_library(LIBEDIT_LIBRARY NAMES edit libedit.so.2 REQUIRED)
+add_library(libedit INTERFACE)
+target_include_directories(libedit SYSTEM INTERFACE ${LIBEDIT_INCLUDE_DIR})
+target_link_libraries(libedit INTERFACE ${LIBEDIT_LIBRARY})
