@@ -69,6 +69,17 @@ int ISensorController::doIaCmd(unsigned int p_nCmd, unsigned int p_nOpt, void* p
     return nResult;
 }
 
+// For commands of which only the number is known: some carry a record, which the driver reads and writes whole.
+int ISensorController::exchangeWord(u32 p_nCmd, u32 p_nOpt, u32& p_nWord) {
+    u32 aRecord[sizeof(ia_dynamic_params_attr_st) / sizeof(u32)] = {loadRelaxed(p_nWord)};
+    const u32 nBefore = aRecord[0];
+    const int nResult = doIaCmd(p_nCmd, p_nOpt, aRecord);
+    if (nBefore != aRecord[0]) {
+        storeRelaxed(p_nWord, aRecord[0]);
+    }
+    return nResult;
+}
+
 // A one-shot action that stands in a parameter set is not replayed while the controller applies a set by itself.
 int ISensorController::doIaCmd_User(unsigned int p_nCmd, unsigned int p_nOpt, void* p_pData) {
     if (m_nFlags.anyBit(kApplyingMask)) {

@@ -22,6 +22,7 @@
 #include "platform/Types.h"
 #include "platform/VideoStreamModule.h"
 #include "sensor/KeyCmd.h"
+#include "sensor/LanguageDocuments.h"
 #include "sensor/config/KeyVal.h"
 #include "sensor/config/SysConfig.h"
 #include "sensor/diag/Export.h"
@@ -29,6 +30,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class SENSORDLL_API ISensorController {
 public:
@@ -113,6 +115,98 @@ public:
     bool setIRSwitch(int p_nOn);
     bool setWhiteSwitch(int p_nOn);
 
+    // Sets the mirror direction (0 off, 1 and 2 the two directions, 3 both) with p_bCache true, and stores the current
+    // scheme at once. True when the direction was set, also when it could not be stored. The mutex is taken for each.
+    bool setMirrorMode(int p_nDirection);
+
+    // --- Reading back -----------------------------------------------------------------------------------------------
+
+    // One parameter: from the current scheme's set; when the set does not hold the key, from the driver. Infrared keys
+    // 160, 161, 163, 165 and 167 that the set does not hold read as -1 without asking. False when the driver failed, which
+    // is an assertion; p_nVal is then as the driver left it. Mutex.
+    bool getParameter(int p_nKey, int& p_nVal);
+
+    // Named getters: getParameter. getDNMode is true whatever the read said. Mutex.
+    bool getDNMode(int& p_nMode);
+    bool getWDRSwitch(int& p_nOn);
+    bool getWDRStrength(int& p_nStrength);
+    bool getHLCSwitch(int& p_nOn);
+    bool getHLCStrength(int& p_nStrength);
+    bool getBLCSwitch(int& p_nOn);
+    bool getBLCStrength(int& p_nStrength);
+    bool getDefogSwitch(int& p_nOn);
+    bool getDefogStrength(int& p_nStrength);
+    bool get2DSwitch(int& p_nOn);
+    bool get2DMode(int& p_nMode);
+    bool get2DAutoMaxStrength(int& p_nStrength);
+    bool get2DManualMaxStrength(int& p_nStrength);
+    bool get3DSwitch(int& p_nOn);
+    bool get3DMode(int& p_nMode);
+    bool get3DAutoMaxStrength(int& p_nStrength);
+    bool get3DManualMaxStrength(int& p_nStrength);
+    bool getBeaway(int& p_nOn);
+    bool getMirrorValue(int& p_nDirection);
+
+    // Takes a key list apart, for example "(34,2337)": appends its items and is true when there are any then. False, with
+    // the items as they were, for a text that is not one pair of parentheses around something. Empty items are dropped,
+    // blanks are kept. No lock.
+    bool parseSensorParameter(const std::string& p_strIds, std::vector<std::string>& items);
+
+    // Several parameters: a key list in, "(key,value)" pairs out, in its order. An item that is no number counts as key 0;
+    // keys that cannot be read are left out. 1; 0 for a malformed list, which is reported and leaves out as it is. The
+    // mutex is taken for each key.
+    int getParameters(const std::string& p_strIds, std::string& out);
+
+    // The whole current scheme as "(key,value)" pairs: what is in memory, after the driver has corrected it in place; but
+    // what is stored on flash while the style's own value of the maximum shutter is 200 or above. out is replaced; it
+    // stays as it is while no scheme is applied, and for the factory scheme where flash would answer. True; false on a
+    // controller that is not initialised. Mutex. Blocks for the driver and file access.
+    bool getAllParameters(std::string& out);
+
+    // A raw check command of the driver: a list of three numbers, for example "(1,2,3)". With 2 in second place it reads,
+    // and io becomes the result in decimal; otherwise it writes, and io stays. The driver's result; 0 for a malformed
+    // list, which is reported. Numbers after the third are not looked at. No lock.
+    int SensorCheck(std::string& io);
+
+    // --- Keeping ----------------------------------------------------------------------------------------------------
+
+    // Stores the current scheme on flash; nothing for the factory scheme. 0; what paramCheck says, and then nothing is
+    // stored. A failing medium is reported in the log, and the file keeps its old content. Mutex. Blocks for file access.
+    int flush();
+
+    // Whether the current scheme's window can be stored: 0; 505 when it starts and 506 when it ends later than 24:00, 507
+    // when it does not start before it ends. No lock: values that another thread changes meanwhile may be old or new.
+    int paramCheck();
+
+    // Sends one value of the current scheme to the driver again, changed or not. 0, the negated key when it failed, -1
+    // when the scheme does not hold the key, which is an assertion. Mutex.
+    int restore(int p_nKey);
+
+    // The same for the focus mode and then the exposure mode; the second only when the first succeeded. True when both
+    // did. The mutex is taken for each.
+    bool restoreAeMode();
+
+    // Discards what was not stored: reads the current scheme's file back and sends what differs. True when everything was
+    // applied, and when there is nothing stored to go back to (factory scheme, no scheme). A file that cannot be read is
+    // reported, and the scratch set is applied with what it holds. Mutex, unless there is nothing to go back to. Blocks for
+    // file access and the driver.
+    bool resetToLastParameters();
+
+    // --- Ranges and the maximum shutter -----------------------------------------------------------------------------
+
+    // Default and legal values of one of the commands 49, 50, 82 and 1537, now. The values are appended to p_strRange in
+    // the driver's order, with a blank between them. False for any other command and when its range is not dynamic; true
+    // with nothing filled when the range is not a list. No lock. Blocks for the driver.
+    bool getSensorParamRange(int p_nCmd, int& p_nDefault, std::string& p_strRange);
+
+    // The maximum shutter as a place, from 0, in the first 30 values of the driver's list. Reading and stepping fail while
+    // the driver's current value is not in the list. A step at the end of the list sets the current value again. Setting
+    // takes the mutex, reading does not, and the two are not atomic together.
+    bool getShutterValue(int& index);
+    bool setShutterValue(int index);
+    bool shutterUp();    // towards the end of the list
+    bool shutterDown();  // towards its beginning
+
     // --- Schemes --------------------------------------------------------------------------------------------------------
 
     // Applies a scheme: 0 to the number of user schemes minus 1, or that number for the factory scheme. Anything else is
@@ -139,6 +233,11 @@ public:
     // text when there is none. Mutex.
     std::string getUICommonFile(int p_nLanguageId);
     std::string getUILanguageFile(int p_nLanguageId);
+
+    // The documents that these two return, one entry a language; they replace those given before. Before or after init;
+    // they outlive uinit and resetParameters. False, and nothing changes, for a language that is there twice and for a
+    // text with a zero byte, which is reported. Mutex.
+    bool setLanguageDocuments(const std::vector<LanguageDocuments>& p_vecDocuments);
 
     // Whether wide dynamic range is offered on this channel. Always true. No lock.
     bool setShowWDRFalg(bool p_bShow);
@@ -212,6 +311,7 @@ private:
 
     // Driver gateway.
     int doIaCmd(unsigned int p_nCmd, unsigned int p_nOpt, void* p_pData);
+    int exchangeWord(u32 p_nCmd, u32 p_nOpt, u32& p_nWord);
     int doIaCmd_User(unsigned int p_nCmd, unsigned int p_nOpt, void* p_pData);
     int notifyToVideo(int p_nKey, int p_nValue);
     bool setDriverValue(u32 p_nCmd, int p_nValue);
@@ -250,9 +350,26 @@ private:
     void record(u32 p_nIndex, const KeyVal& p_stEntry);
     bool setCached(u32 p_nKey, int p_nValue);
 
+    // Read path.
+    bool getCached(u32 p_nKey, int& p_nValue);
+    bool isShutterDriverGoverned() const;
+
+    // Persistence.
+    bool isUserScheme(u32 p_nScheme) const;
+
+    // The maximum shutter's list.
+    std::vector<int> shutterList();
+    int shutterPlace(const std::vector<int>& p_vecList);
+    bool stepShutter(int p_nStep);
+
     // Schemes.
     int switch_to(int p_nScheme, bool p_bForce);
     int LPR_switch_to(int p_nScheme);
+    struct SchemeWindow {
+        u32 nStart;  // hour * 100 + minute
+        u32 nEnd;
+    };
+    SchemeWindow windowOf(const KeyVal* p_pSet) const;
     int judgeCurScheme(int& p_nScheme, int& p_nSchedule);
     void setSwitchingSource(u32 p_nMode);
     bool beginSwitch(int p_nScheme);
@@ -275,6 +392,7 @@ private:
     void decideOfferedControls();
     ModuleConfigure moduleConfigureForReset() const;
 
+    void fillLanguageTable();
     std::string languageText(int p_nLanguageId, char* LanguageFileEntry::*p_pText) const;
 
     // Members in the order and of the meaning of the camera's own record. Shared words are relaxed atomics; everything
@@ -304,4 +422,6 @@ private:
     RelaxedWord<bool> m_bDNSchemeSwitch{false};
     bool m_bisLimitedIrPower = false;
     SensorZoomFocusParam m_objZoomFocusParam;
+    std::vector<LanguageDocuments> m_vecLanguageDocuments;  // as the host gave them
+    std::vector<LanguageFileEntry> m_vecLanguageFiles;      // the table of m_stSysConf
 };

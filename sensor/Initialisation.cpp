@@ -63,6 +63,7 @@ bool ISensorController::init(const ModuleConfigure& p_objModuleConfigure) {
     SENSOR_ASSERT_AT(66,
                      QVS_SUCCESS == initSysConf(static_cast<int>(u32{m_nCameraID}), p_objModuleConfigure, &m_stSysConf),
                      "QVS_SUCCESS == initSysConf(m_nCameraID,p_objModuleConfigure, &m_stSysConf)");
+    fillLanguageTable();
     // The array of the factory set holds every parameter that the style can describe.
     m_pFctKeyVal = allocateRecords(std::max(m_nKeyCmdNum, factoryRoom(m_stSysConf.szUIStyle)));
     SENSOR_ASSERT_DETAIL_AT(

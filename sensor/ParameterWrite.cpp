@@ -172,7 +172,8 @@ bool ISensorController::dispatch(u32 p_nKey, u32 p_nIndex, KeyVal& p_stEntry) {
     if (nullptr == stKeyCmdTmp.pfnHandler) {
         return true;  // a row that is only stored
     }
-    const int nResult = (this->*stKeyCmdTmp.pfnHandler)(stKeyCmdTmp.ia_cmd, IA_CMD_OPT_SET, &p_stEntry.value);
+    const int nResult = bFound ? (this->*stKeyCmdTmp.pfnHandler)(stKeyCmdTmp.ia_cmd, IA_CMD_OPT_SET, &p_stEntry.value)
+                               : exchangeWord(stKeyCmdTmp.ia_cmd, IA_CMD_OPT_SET, p_stEntry.value);
     if (IA_ERR_UNSUPPORTED == nResult || IA_ERR_BUSY == nResult || IA_ERR_INVALID_VALUE == nResult) {
         SENSOR_ERR_OF(kWalk, "set %s (%d,%d) func:%s ia_cmd:%d ~~~failed ia_ret=%d\n", stKeyCmdTmp.szKeyName,
                       static_cast<int>(stKeyCmdTmp.key), static_cast<int>(loadRelaxed(p_stEntry.value)),

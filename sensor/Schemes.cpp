@@ -122,16 +122,22 @@ bool ISensorController::getParamMode(int& p_nMode) {
     return true;
 }
 
+// A set that is too small to hold a window has an empty one.
+ISensorController::SchemeWindow ISensorController::windowOf(const KeyVal* p_pSet) const {
+    if (m_nKeyValSum <= kEndMinute) {
+        return {0, 0};
+    }
+    const auto value = [&](u32 p_nPlace) { return loadRelaxed(p_pSet[p_nPlace].value); };
+    return {clockNumber(value(kStartHour), value(kStartMinute)), clockNumber(value(kEndHour), value(kEndMinute))};
+}
+
 int ISensorController::judgeCurScheme(int& p_nScheme, int& p_nSchedule) {
     const DeviceTime stTime = QVDeviceTime::getCurrentTime();
     const u32 nNow = clockNumber(static_cast<u32>(stTime.hour), static_cast<u32>(stTime.minute));
     p_nSchedule = 0;
-    const u32 nCandidates = m_nKeyValSum > kEndMinute ? m_stSysConf.nSchemeSum : 0;  // a smaller set has no window
-    for (u32 i = 0; i < nCandidates; ++i) {
-        const auto value = [&](u32 p_nPlace) { return loadRelaxed(m_ppUserKeyVal[i][p_nPlace].value); };
-        const u32 nStart = clockNumber(value(kStartHour), value(kStartMinute));
-        const u32 nEnd = clockNumber(value(kEndHour), value(kEndMinute));
-        if (nStart <= nNow && nNow < nEnd) {
+    for (u32 i = 0; i < m_stSysConf.nSchemeSum; ++i) {
+        const SchemeWindow stWindow = windowOf(m_ppUserKeyVal[i]);
+        if (stWindow.nStart <= nNow && nNow < stWindow.nEnd) {
             p_nScheme = static_cast<int>(i);
             p_nSchedule = 1;
             return QVS_SUCCESS;

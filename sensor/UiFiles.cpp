@@ -1,11 +1,14 @@
 // The documents that the user interface loads.
 #include "platform/VelmorTime.h"
 #include "sensor/ISensorController.h"
+#include "sensor/config/sensor.h"
 #include "sensor/diag/Message.h"
 #include "sensor/style/DynamicStyle.h"
 #include "technic/QVMutex.h"
 
 #include <algorithm>
+#include <cstring>
+#include <set>
 
 namespace {
 
@@ -24,6 +27,11 @@ void waitForPipeline(VideoStreamModule& p_objModule) {
     }
 }
 
+// The table holds zero-terminated texts.
+bool hasZeroByte(const std::string& p_strText) {
+    return std::string::npos != p_strText.find('\0');
+}
+
 }  // namespace
 
 std::string ISensorController::getUIStyleFile() {
@@ -40,6 +48,43 @@ std::string ISensorController::getUIStyleFile() {
         "QVS_SUCCESS == getDnaStyle(m_nCameraID,m_stSysConf.szUIStyle, strTmp,m_bShowWDRFalg)");
     SENSOR_INFO("%s\n", strTmp.c_str());
     return strTmp;
+}
+
+bool ISensorController::setLanguageDocuments(const std::vector<LanguageDocuments>& p_vecDocuments) {
+    const QVMutexManager guard(&m_objMutex, kSourceFile, __LINE__);
+    std::set<int> setIds;
+    for (const LanguageDocuments& stDocuments : p_vecDocuments) {
+        if (!setIds.insert(stDocuments.m_nLanguageId).second) {
+            SENSOR_ERR("language %d is there twice, no language is taken over\n", stDocuments.m_nLanguageId);
+            return false;
+        }
+        if (hasZeroByte(stDocuments.m_strLanguageFile) || hasZeroByte(stDocuments.m_strCommonFile)) {
+            SENSOR_ERR("language %d: a text holds a zero byte, no language is taken over\n", stDocuments.m_nLanguageId);
+            return false;
+        }
+    }
+    m_vecLanguageDocuments = p_vecDocuments;
+    if (nullptr != m_ppUserKeyVal) {
+        freeLanguageTexts(m_stSysConf);
+        fillLanguageTable();
+    }
+    return true;
+}
+
+// Lays the host's documents out as the table that the channel's configuration knows. The texts become the
+// configuration's, which frees them; the array stays the controller's.
+void ISensorController::fillLanguageTable() {
+    m_vecLanguageFiles.assign(m_vecLanguageDocuments.size(), LanguageFileEntry{});
+    std::transform(m_vecLanguageDocuments.begin(), m_vecLanguageDocuments.end(), m_vecLanguageFiles.begin(),
+                   [](const LanguageDocuments& p_stDocuments) {
+                       LanguageFileEntry stEntry{};
+                       stEntry.nLanguageId = p_stDocuments.m_nLanguageId;
+                       stEntry.szLanguageFile = strdup(p_stDocuments.m_strLanguageFile.c_str());
+                       stEntry.szCommonFile = strdup(p_stDocuments.m_strCommonFile.c_str());
+                       return stEntry;
+                   });
+    m_stSysConf.nLanguageSum = static_cast<u32>(m_vecLanguageFiles.size());
+    m_stSysConf.pLanguageFiles = m_vecLanguageFiles.empty() ? nullptr : m_vecLanguageFiles.data();
 }
 
 // The text of the language's entry, or of the first one when there is none for the language.

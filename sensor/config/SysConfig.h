@@ -15,7 +15,7 @@ struct ModuleConfig {
     char szDetail[512];  // a run of groups "(" name "=" value ")", for example "(max_scheme=4)(isInfrared=1)"
 };
 
-// One language of the user interface. The host fills the table; the library only reads and releases the texts.
+// One language of the user interface, from the documents that the host gave. The record owns the texts.
 struct LanguageFileEntry {
     int nLanguageId;
     char reserved[32];     // not interpreted

@@ -56,7 +56,8 @@ void copyText(char (&p_szField)[N], const std::string& p_strText, const char* p_
     p_szField[nLength] = '\0';
 }
 
-// Zeroes the record but for the module id, which a host may ask for while a reset fills the record again.
+// Zeroes the record but for the module id, which a host may ask for while a reset fills the record again, as it may for
+// the number of schemes.
 void clear(SysConfig& p_stSysConf, u32 p_nModuleId) {
     ModuleConfig& stModule = p_stSysConf.moduleConfig;
     storeRelaxed(stModule.nModuleId, p_nModuleId);
@@ -64,7 +65,7 @@ void clear(SysConfig& p_stSysConf, u32 p_nModuleId) {
     std::memset(stModule.szShortLabel, 0, sizeof(stModule.szShortLabel));
     std::memset(stModule.szParameters, 0, sizeof(stModule.szParameters));
     std::memset(stModule.szDetail, 0, sizeof(stModule.szDetail));
-    p_stSysConf.nSchemeSum = 0;
+    storeRelaxed(p_stSysConf.nSchemeSum, 0u);
     p_stSysConf.nLanguageSum = 0;
     p_stSysConf.pLanguageFiles = nullptr;
     p_stSysConf.szUIStyle = nullptr;
@@ -104,7 +105,7 @@ int initSysConf(int p_nChannelID, const ModuleConfigure& p_objModuleConfigure, S
     copyText(stModule.szShortLabel, "xxx", "short label");
     copyText(stModule.szParameters, p_objModuleConfigure.getParameters(), "parameters");
     copyText(stModule.szDetail, p_objModuleConfigure.getDetail(), "detail");
-    p_stSysConf->nSchemeSum = schemeSum(stModule.szDetail);
+    storeRelaxed(p_stSysConf->nSchemeSum, schemeSum(stModule.szDetail));
 
     MachineInfo machineInfo;
     SENSOR_ASSERT(SystemInfoParser::parseMachineInfo(kMachineInfoFile, machineInfo),
@@ -151,12 +152,16 @@ int initSysConf(int p_nChannelID, const ModuleConfigure& p_objModuleConfigure, S
     return QVS_SUCCESS;
 }
 
-void uinitSysConf(SysConfig* p_stSysConf) {
-    if (nullptr != p_stSysConf->pLanguageFiles) {
-        for (u32 i = 0; i < p_stSysConf->nLanguageSum; ++i) {
-            std::free(p_stSysConf->pLanguageFiles[i].szCommonFile);
-            std::free(p_stSysConf->pLanguageFiles[i].szLanguageFile);
+void freeLanguageTexts(const SysConfig& p_stSysConf) {
+    if (nullptr != p_stSysConf.pLanguageFiles) {
+        for (u32 i = 0; i < p_stSysConf.nLanguageSum; ++i) {
+            std::free(p_stSysConf.pLanguageFiles[i].szCommonFile);
+            std::free(p_stSysConf.pLanguageFiles[i].szLanguageFile);
         }
     }
+}
+
+void uinitSysConf(SysConfig* p_stSysConf) {
+    freeLanguageTexts(*p_stSysConf);
     std::free(p_stSysConf->szUIStyle);
 }

@@ -14,6 +14,9 @@ constexpr int kMaxSchemeSum = 32;
 // not run at the same time.
 SENSORDLL_API int initSysConf(int p_nChannelID, const ModuleConfigure& p_objModuleConfigure, SysConfig* p_stSysConf);
 
+// Frees the texts of the language table. The table keeps their addresses; it must be filled anew before it is read.
+void freeLanguageTexts(const SysConfig& p_stSysConf);
+
 // Releases what the record owns: the style text and the texts of the language table (not the table itself). The pointers
 // keep their values; the record must be filled anew before it is released again.
 SENSORDLL_API void uinitSysConf(SysConfig* p_stSysConf);

@@ -14,6 +14,9 @@ constexpr int kDeepestNesting = 256;
 // holds what was parsed. The library reads past the end of a text that is cut inside a character, so it gets a padded copy.
 bool loadMem(TiXmlDocument& p_objDocument, const char* p_szText);
 
+// The same for the file of a camera path. False also when it cannot be read.
+bool loadFile(TiXmlDocument& p_objDocument, const std::string& p_strCameraPath);
+
 // The document as text.
 std::string xmlString(const TiXmlDocument& p_objDocument);
 
