@@ -15,18 +15,6 @@ constexpr char kSourceFile[] = "SensorKeyVal.cpp";
 // A pair of two full-width negative numbers: "(-2147483648,-2147483648)" and its terminator.
 constexpr std::size_t kLongestPair = 26;
 
-// The driver gets a copy: the value may be a word of a set that another thread changes meanwhile, and one that the driver
-// leaves as it is must not undo that.
-int correctValue(int p_nChannel, u32 p_nKey, u32& p_nValue) {
-    const u32 nBefore = loadRelaxed(p_nValue);
-    u32 nCorrected = nBefore;
-    const int nResult = ia_ioctrl_v2(p_nChannel, p_nKey, IA_CMD_OPT_CORRECT_PARAM, &nCorrected);
-    if (nBefore != nCorrected) {
-        storeRelaxed(p_nValue, nCorrected);
-    }
-    return nResult;
-}
-
 }  // namespace
 
 u32 keyval_room(const std::string& p_strText) {
@@ -88,7 +76,7 @@ int keyval_correct(int p_nChannel_id, KeyVal* p_pKeyval, u32 p_nCount) {
         SENSOR_DBG("before correct: (%d,%d)\n", static_cast<int>(pRecord->key),
                    static_cast<int>(loadRelaxed(pRecord->value)));
         SENSOR_ASSERT(
-            QVS_SUCCESS == correctValue(p_nChannel_id, pRecord->key, pRecord->value),
+            QVS_SUCCESS == ia_ioctrl_v2(p_nChannel_id, pRecord->key, IA_CMD_OPT_CORRECT_PARAM, &pRecord->value),
             "QVS_SUCCESS == ia_ioctrl_v2(p_nChannel_id, (ia_cmd_e)p_pKeyval[index].key, IA_CMD_OPT_CORRECT_PARAM, "
             "&p_pKeyval[index].value)");
         SENSOR_TRACE("after correct: (%d,%d)\n", static_cast<int>(pRecord->key),
