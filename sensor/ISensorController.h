@@ -356,6 +356,7 @@ private:
 
     // Persistence.
     bool isUserScheme(u32 p_nScheme) const;
+    int checkWindow(u32 p_nScheme) const;
 
     // The maximum shutter's list.
     std::vector<int> shutterList();

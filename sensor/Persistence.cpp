@@ -11,6 +11,7 @@
 namespace {
 
 constexpr char kSourceFile[] = "ISensorController.cpp";
+constexpr diag::Operation kCheck = {"paramCheck", "int ISensorController::paramCheck()"};
 
 // What paramCheck returns; frozen, hosts show them.
 constexpr int kBadStart = 505;
@@ -27,22 +28,26 @@ bool ISensorController::isUserScheme(u32 p_nScheme) const {
 }
 
 int ISensorController::paramCheck() {
-    const KeyVal* const pSet = setOf(m_nCurScheme);
+    return checkWindow(m_nCurScheme);
+}
+
+int ISensorController::checkWindow(u32 p_nScheme) const {
+    const KeyVal* const pSet = setOf(p_nScheme);
     if (nullptr == pSet) {
         return QVS_SUCCESS;
     }
     const SchemeWindow stWindow = windowOf(pSet);
     if (stWindow.nStart > kLatest) {
-        SENSOR_DBG("failed!!!! nParamSchemeStartTime(%d)\n", static_cast<int>(stWindow.nStart));
+        SENSOR_DBG_OF(kCheck, "failed!!!! nParamSchemeStartTime(%d)\n", static_cast<int>(stWindow.nStart));
         return kBadStart;
     }
     if (stWindow.nEnd > kLatest) {
-        SENSOR_DBG("failed!!!! nParamSchemeEndTime(%d)\n", static_cast<int>(stWindow.nEnd));
+        SENSOR_DBG_OF(kCheck, "failed!!!! nParamSchemeEndTime(%d)\n", static_cast<int>(stWindow.nEnd));
         return kBadEnd;
     }
     if (stWindow.nStart >= stWindow.nEnd) {
-        SENSOR_DBG("failed!!!! nParamSchemeStartTime(%d) nParamSchemeEndTime(%d)\n", static_cast<int>(stWindow.nStart),
-                   static_cast<int>(stWindow.nEnd));
+        SENSOR_DBG_OF(kCheck, "failed!!!! nParamSchemeStartTime(%d) nParamSchemeEndTime(%d)\n",
+                      static_cast<int>(stWindow.nStart), static_cast<int>(stWindow.nEnd));
         return kEmptyWindow;
     }
     return QVS_SUCCESS;
@@ -57,7 +62,7 @@ int ISensorController::flush() {
     if (!isUserScheme(nScheme)) {
         return QVS_SUCCESS;
     }
-    const int nCheck = paramCheck();
+    const int nCheck = checkWindow(nScheme);
     if (QVS_SUCCESS != nCheck) {
         return nCheck;
     }
@@ -77,13 +82,14 @@ int ISensorController::restore(int p_nKey) {
         return kNotReady;
     }
     SENSOR_DBG("p_nKey(%d)\n", p_nKey);
+    const u32 nScheme = m_nCurScheme;
     u32 nValue = 0;
-    const int nPos = getKeyValFromCache(m_nCurScheme, static_cast<u32>(p_nKey), nValue);
+    const int nPos = getKeyValFromCache(nScheme, static_cast<u32>(p_nKey), nValue);
     if (!SENSOR_ASSERT_DETAIL(-1 != nPos, "-1 != nPos", "restore key(%d) failed! make sure it is sensor ui key \n",
                               p_nKey)) {
         return -1;
     }
-    return setParameters(setOf(m_nCurScheme) + nPos, 1, false);
+    return setParameters(m_ppUserKeyVal[nScheme] + nPos, 1, false);
 }
 
 bool ISensorController::restoreAeMode() {
@@ -99,8 +105,12 @@ bool ISensorController::resetToLastParameters() {
     if (!isReady(__func__)) {
         return false;
     }
+    const u32 nScheme = m_nCurScheme;
+    if (!isUserScheme(nScheme)) {
+        return true;  // another thread has switched while this one waited
+    }
     m_nFlags.setBits(rollback_flag);
-    std::string strFile = parameterFile(m_nCurScheme);
+    std::string strFile = parameterFile(nScheme);
     SENSOR_ASSERT_DETAIL(QVS_SUCCESS == keyValFromFile(strFile.data(), m_pstKeyValTmp, m_nKeyValSum),
                          "QVS_SUCCESS == keyValFromFile(szTmp, m_pstKeyValTmp, m_nKeyValSum)",
                          "szTmp(%s), m_nKeyValSum(%d)\n", strFile.c_str(), static_cast<int>(m_nKeyValSum));
