@@ -16,7 +16,8 @@
 
 namespace {
 
-constexpr int kMostCalls = 24;      // of one input; bounds its time
+constexpr int kMostCalls = 24;  // of one input; bounds its time
+constexpr int kLongestShutterList = 30;
 constexpr INT64 kSecond = 1000000;  // microseconds
 constexpr int kSilent = -1;  // debug level: most of the time would go into the error log; others fuzz the messages
 constexpr u32 kDeviceTypes[] = {1, 4, 8, 13, 14, 17, 19, 104, 2};
@@ -92,12 +93,21 @@ int value(fuzz::Input& p_objInput) {
     return nByte < 0xF0 ? static_cast<int>(nByte) : static_cast<int>(nByte << 28);
 }
 
+// Any bytes up to a full stop.
+std::string text(fuzz::Input& p_objInput) {
+    std::string strText;
+    for (int nByte = 0; !p_objInput.atEnd() && '.' != (nByte = p_objInput.byte());) {
+        strText += static_cast<char>(nByte);
+    }
+    return strText;
+}
+
 void call(ISensorController& p_objController, fuzz::Input& p_objInput, const ModuleConfigure& p_objModule) {
     int nNumber = 0;
     int nOther = 0;
     bool bAnswer = false;
     std::string strText;
-    switch (p_objInput.byte() % 16) {
+    switch (p_objInput.byte() % 26) {
         case 0:
             nNumber = key(p_objInput);
             p_objController.setParameter(nNumber, value(p_objInput), true);
@@ -107,10 +117,7 @@ void call(ISensorController& p_objController, fuzz::Input& p_objInput, const Mod
             p_objController.setParameter(nNumber, value(p_objInput), false);
             break;
         case 2:
-            while ('.' != (nNumber = p_objInput.byte()) && !p_objInput.atEnd()) {
-                strText += static_cast<char>(nNumber);
-            }
-            p_objController.setParameters(strText, true);
+            p_objController.setParameters(text(p_objInput), true);
             break;
         case 3:
             p_objController.setParamScheme(value(p_objInput));
@@ -149,8 +156,46 @@ void call(ISensorController& p_objController, fuzz::Input& p_objInput, const Mod
         case 14:
             p_objController.setIrisValue(value(p_objInput));
             break;
-        default:
+        case 15:
             p_objController.getUILanguageFile(value(p_objInput));
+            break;
+        case 16:
+            p_objController.getParameter(key(p_objInput), nNumber);
+            break;
+        case 17:
+            p_objController.getParameters(text(p_objInput), strText);
+            break;
+        case 18:
+            FUZZ_CHECK(p_objController.getAllParameters(strText) || strText.empty());
+            break;
+        case 19:
+            strText = text(p_objInput);
+            p_objController.SensorCheck(strText);
+            break;
+        case 20:
+            p_objController.flush();
+            break;
+        case 21:
+            p_objController.restore(key(p_objInput));
+            p_objController.restoreAeMode();
+            break;
+        case 22:
+            p_objController.resetToLastParameters();
+            break;
+        case 23:
+            p_objController.getSensorParamRange(key(p_objInput), nNumber, strText);
+            break;
+        case 24:
+            if (p_objController.getShutterValue(nNumber)) {
+                FUZZ_CHECK(0 <= nNumber && nNumber < kLongestShutterList);
+            }
+            p_objController.setShutterValue(value(p_objInput));
+            p_objController.shutterUp();
+            p_objController.shutterDown();
+            break;
+        default:
+            p_objController.setLanguageDocuments({{value(p_objInput), text(p_objInput), text(p_objInput)},
+                                                  {value(p_objInput), text(p_objInput), text(p_objInput)}});
             break;
     }
 }
