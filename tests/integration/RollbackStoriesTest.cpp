@@ -12,10 +12,6 @@ constexpr char kScheme1[] = "/mnt/mtd/code/config_file/sensor1.cfg";
 class RollbackStory : public Story {
 protected:
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(layOut("")); }
-
-    bool rollback(Channel& p_objChannel) {
-        return host("resetToLastParameters", [&] { return p_objChannel.controller.resetToLastParameters(); });
-    }
 };
 
 TEST_F(RollbackStory, AHostThatThinksBetterOfItGetsTheStoredValuesBack) {

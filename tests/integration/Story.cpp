@@ -93,6 +93,12 @@ std::string keyName(u32 p_nKey) {
     }
 }
 
+// The number of a key, and its name if it has one.
+std::string named(u32 p_nKey) {
+    const std::string strName = keyName(p_nKey);
+    return std::to_string(p_nKey) + (strName.empty() ? "" : " (" + strName + ")");
+}
+
 std::string nameOf(const simcam::TranscriptEntry& p_stEntry) {
     if (simcam::TranscriptEntry::Kind::Notification == p_stEntry.kind) {
         return keyName(p_stEntry.command);
@@ -156,9 +162,14 @@ std::vector<std::string> linesOf(const std::string& p_strText) {
     return vecLines;
 }
 
-std::string trimmed(std::string p_strLine) {
-    p_strLine.erase(p_strLine.find_last_not_of(' ') + 1);
-    return p_strLine;
+// So that it can be seen.
+std::string withVisibleEnd(const std::string& p_strLine) {
+    return !p_strLine.empty() && ' ' == p_strLine.back() ? p_strLine + "$" : p_strLine;
+}
+
+// A line of something that was said.
+std::string said(const std::string& p_strWhere, const std::string& p_strLine) {
+    return p_strWhere + (p_strLine.empty() ? "" : " ") + withVisibleEnd(p_strLine);
 }
 
 // A few lines around a place, the one there marked.
@@ -182,6 +193,20 @@ Story::~Story() {
     camera.transcript().setObserver({});
 }
 
+std::string Story::shown(const std::string& p_strResult) {
+    constexpr std::size_t kLong = 100;
+    std::string strShown;
+    std::size_t nLineBegins = 0;
+    for (const char cByte : p_strResult) {
+        if ('(' == cByte && strShown.size() - nLineBegins > kLong) {
+            nLineBegins = strShown.size();
+            strShown += "\n" + kIndent + "   ";
+        }
+        strShown += cByte;
+    }
+    return strShown;
+}
+
 void Story::begin(const char* p_szWho, const std::string& p_strWhat) {
     closeRepetition();
     m_vecLines.push_back((m_vecLines.empty() ? "" : "\n") + std::string("== ") + p_szWho + ": " + p_strWhat);
@@ -197,7 +222,7 @@ void Story::end(const std::string& p_strResult) {
     take(strOutput);
     closeRepetition();
     for (const std::string& strLine : linesOf(strErrors)) {
-        add("err " + strLine);
+        add(said("err", strLine));
     }
     takeLog();
     takeFiles();
@@ -223,7 +248,7 @@ void Story::take(const std::string& p_strOutput) {
 
 void Story::takeText(const std::string& p_strText) {
     for (const std::string& strLine : linesOf(withoutColours(p_strText))) {
-        addTimed("", "out " + withoutRealLines(strLine));
+        addTimed("", said("out", withoutRealLines(strLine)));
     }
 }
 
@@ -236,7 +261,7 @@ void Story::takeCall(const std::string& p_strMarked) {
 
 void Story::takeLog() {
     for (const std::string& strLine : linesOf(root.errorLog())) {
-        add("log " + withoutRealLines(strLine));
+        add(said("log", withoutRealLines(strLine)));
     }
     root.remove("/mnt/mtd/log/SensorError.log");
 }
@@ -257,7 +282,7 @@ void Story::addTimed(const std::string& p_strTime, const std::string& p_strLine)
     }
     closeRepetition();
     m_strRepeated = p_strLine;
-    m_vecLines.push_back(trimmed((p_strTime.empty() ? kIndent : p_strTime + "  ") + p_strLine));
+    m_vecLines.push_back((p_strTime.empty() ? kIndent : p_strTime + "  ") + p_strLine);
 }
 
 void Story::closeRepetition() {
@@ -270,7 +295,7 @@ void Story::closeRepetition() {
 }
 
 void Story::add(const std::string& p_strLine) {
-    m_vecLines.push_back(trimmed(kIndent + p_strLine));
+    m_vecLines.push_back(kIndent + p_strLine);
 }
 
 void Story::pass(int p_nSeconds) {
@@ -299,14 +324,62 @@ void Story::flush(Channel& p_objChannel) {
 }
 
 int Story::set(Channel& p_objChannel, u32 p_nKey, int p_nValue) {
-    return host(
-        "setParameter " + std::to_string(p_nKey) + " " + std::to_string(p_nValue) + "  (" + keyName(p_nKey) + ")",
-        [&] { return p_objChannel.controller.setParameter(static_cast<int>(p_nKey), p_nValue, true); });
+    return host("setParameter " + named(p_nKey) + " " + std::to_string(p_nValue),
+                [&] { return p_objChannel.controller.setParameter(static_cast<int>(p_nKey), p_nValue, true); });
 }
 
 int Story::set(Channel& p_objChannel, const std::string& p_strText) {
     return host("setParameters \"" + p_strText + "\"",
                 [&] { return p_objChannel.controller.setParameters(p_strText, true); });
+}
+
+std::string Story::get(Channel& p_objChannel, u32 p_nKey) {
+    return host("getParameter " + named(p_nKey), [&] {
+        int nValue = 0;
+        const bool bRead = p_objChannel.controller.getParameter(static_cast<int>(p_nKey), nValue);
+        return bRead ? "true " + std::to_string(nValue) : std::string("false");
+    });
+}
+
+std::string Story::list(Channel& p_objChannel, const std::string& p_strKeys) {
+    return host("getParameters \"" + p_strKeys + "\"", [&] {
+        std::string strPairs;
+        const int nResult = p_objChannel.controller.getParameters(p_strKeys, strPairs);
+        return 1 == nResult ? "1 " + strPairs : std::to_string(nResult);
+    });
+}
+
+std::string Story::all(Channel& p_objChannel) {
+    return host("getAllParameters", [&] {
+        std::string strPairs;
+        return p_objChannel.controller.getAllParameters(strPairs) ? strPairs : "false";
+    });
+}
+
+std::string Story::range(Channel& p_objChannel, int p_nCmd) {
+    return host("getSensorParamRange " + std::to_string(p_nCmd), [&] {
+        int nDefault = -1;
+        std::string strRange;
+        const bool bTold = p_objChannel.controller.getSensorParamRange(p_nCmd, nDefault, strRange);
+        return bTold ? "true default " + std::to_string(nDefault) + " range \"" + strRange + "\""
+                     : std::string("false");
+    });
+}
+
+int Story::check(Channel& p_objChannel, std::string& p_strText) {
+    const std::string strResult = host("SensorCheck \"" + std::string(p_strText) + "\"", [&] {
+        const int nResult = p_objChannel.controller.SensorCheck(p_strText);
+        return std::to_string(nResult) + " \"" + p_strText + "\"";
+    });
+    return std::stoi(strResult);
+}
+
+int Story::restore(Channel& p_objChannel, u32 p_nKey) {
+    return host("restore " + named(p_nKey), [&] { return p_objChannel.controller.restore(static_cast<int>(p_nKey)); });
+}
+
+bool Story::rollback(Channel& p_objChannel) {
+    return host("resetToLastParameters", [&] { return p_objChannel.controller.resetToLastParameters(); });
 }
 
 void Story::scheme(Channel& p_objChannel, int p_nScheme) {

@@ -15,7 +15,8 @@
 //             file new ..., changed ..., gone ...      what became of the files below the device root
 //             -> ...                                   what the host got back
 //
-// Real line numbers of the source are written "line:#"; those that people look for in a camera's log stay.
+// Real line numbers of the source are written "line:#"; those that people look for in a camera's log stay. A "$" ends a
+// line that would otherwise end with a blank. A line without anything is "out" alone.
 //
 // The expected text is transcripts/<story>.txt beside the test. With SENSORDLL_RENEW_TRANSCRIPTS=1 in its environment a
 // test writes what happened there instead, to be read before it is kept.
@@ -58,6 +59,18 @@ protected:
     int set(Channel& p_objChannel, const std::string& p_strText);
     void scheme(Channel& p_objChannel, int p_nScheme);
     void mode(Channel& p_objChannel, int p_nMode);
+    // "true" and the value, or "false".
+    std::string get(Channel& p_objChannel, u32 p_nKey);
+    // "1" and the pairs of getParameters, or "0".
+    std::string list(Channel& p_objChannel, const std::string& p_strKeys);
+    // The pairs of getAllParameters.
+    std::string all(Channel& p_objChannel);
+    // "true default 7 range "7 8 9"", or "false".
+    std::string range(Channel& p_objChannel, int p_nCmd);
+    // The result of SensorCheck, whose text is replaced.
+    int check(Channel& p_objChannel, std::string& p_strText);
+    int restore(Channel& p_objChannel, u32 p_nKey);
+    bool rollback(Channel& p_objChannel);
     // Fetches the style document and tells it as a merged document is told among the files.
     std::string style(Channel& p_objChannel);
     void uinit(Channel& p_objChannel);
@@ -89,14 +102,14 @@ private:
             end("");
         } else {
             auto result = p_fnCode();
-            end("-> " + shown(result));
+            end("->" + (shown(result).empty() ? "" : " " + shown(result)));
             return result;
         }
     }
     static std::string shown(bool p_bResult) { return p_bResult ? "true" : "false"; }
     static std::string shown(int p_nResult) { return std::to_string(p_nResult); }
     static std::string shown(u32 p_nResult) { return std::to_string(p_nResult); }
-    static std::string shown(const std::string& p_strResult) { return p_strResult; }
+    static std::string shown(const std::string& p_strResult);  // a long list of pairs in several lines
 
     void begin(const char* p_szWho, const std::string& p_strWhat);
     void end(const std::string& p_strResult);
