@@ -14,6 +14,7 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "sensordll developers <sensordll@localhost>"
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
 # Where a program of one package finds the libraries of another before they are installed.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
     ${PROJECT_BINARY_DIR}/sensor ${PROJECT_BINARY_DIR}/platform/linux ${PROJECT_BINARY_DIR}/simcam)
@@ -67,7 +68,7 @@ Linux. A camera with a platform of its own does not need it.")
 debian_package(cameraplatform_devel NAME libcameraplatform-dev SECTION libdevel MULTIARCH same
   DEPENDS libcameraplatform1 libsensordll-dev
   SUMMARY "platform of the image-sensor control on Linux (development files)"
-  TEXT "What is needed to link a program with the platform; its headers are in
+  TEXT "What is needed to link a program with the platform. Its headers are in
 libsensordll-dev.")
 debian_package(simcam NAME libsimcam1 SECTION libs MULTIARCH same DEPENDS libcameraplatform1
   SUMMARY "simulated camera for the image-sensor control"
@@ -87,8 +88,8 @@ what the driver was told. With it comes a sample device tree.")
 set(changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
 set(debian_changelog ${CMAKE_CURRENT_SOURCE_DIR}/debian/changelog-from)
 add_custom_command(OUTPUT changelog.gz changelog.Debian.gz DEPENDS ${changelog} ${debian_changelog} VERBATIM
-  COMMAND ${debian_changelog} ${changelog} ${CPACK_PACKAGE_NAME} ${PROJECT_VERSION} ${CPACK_DEBIAN_PACKAGE_RELEASE}
-          ${CPACK_DEBIAN_PACKAGE_MAINTAINER} >changelog.Debian
+  COMMAND sh -c "exec \"$@\" >changelog.Debian" sh ${debian_changelog} ${changelog} ${CPACK_PACKAGE_NAME}
+          ${PROJECT_VERSION} ${CPACK_DEBIAN_PACKAGE_RELEASE} ${CPACK_DEBIAN_PACKAGE_MAINTAINER}
   COMMAND sh -c "gzip -9nc \"$1\" >changelog.gz && gzip -9nf changelog.Debian" sh ${changelog})
 add_custom_target(package_papers DEPENDS changelog.gz changelog.Debian.gz)
 include(CPack)
