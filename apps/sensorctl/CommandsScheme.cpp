@@ -1,5 +1,6 @@
 #include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
+#include "apps/sensorctl/DocumentResult.h"
 #include "apps/sensorctl/NearestMatch.h"
 #include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Session.h"
@@ -65,34 +66,8 @@ Result show(Session& p_objSession, const Words& p_vecWords) {
     return {true, "", {{what, current}}, {}};
 }
 
-std::vector<std::string> linesOf(const std::string& p_strText) {
-    std::vector<std::string> lines;
-    for (std::size_t start = 0; start < p_strText.size();) {
-        const std::size_t end = std::min(p_strText.find('\n', start), p_strText.size());
-        lines.push_back(p_strText.substr(start, end - start));
-        start = end + 1;
-    }
-    return lines;
-}
-
-Result document(const std::string& p_strText) {
-    const Json data = {{"bytes", p_strText.size()}, {"document", p_strText}};
-    if (p_strText.empty()) {
-        return Result::failed("the document is empty", data);
-    }
-    return {true, "", data, linesOf(p_strText)};
-}
-
 Result style(Session& p_objSession, const Words&) {
-    return document(p_objSession.controller().getUIStyleFile());
-}
-
-Result common(Session& p_objSession, const Words& p_vecWords) {
-    return document(p_objSession.controller().getUICommonFile(parseInt(p_vecWords[0], "LANGUAGE")));
-}
-
-Result language(Session& p_objSession, const Words& p_vecWords) {
-    return document(p_objSession.controller().getUILanguageFile(parseInt(p_vecWords[0], "LANGUAGE")));
+    return documentResult(p_objSession.controller().getUIStyleFile());
 }
 
 }  // namespace
@@ -104,8 +79,6 @@ void addSchemeCommands(CommandTable& p_objTable) {
     p_objTable.add({"show", "wdr|beaway [0|1]", "offer a function in the style document, or show whether it is", kGroup,
                     1, 2, show});
     p_objTable.add({"style", "", "the style document of the user interface", kGroup, 0, 0, style});
-    p_objTable.add({"commonFile", "LANGUAGE", "the common file of a language", kGroup, 1, 1, common});
-    p_objTable.add({"languageFile", "LANGUAGE", "the language file of a language", kGroup, 1, 1, language});
 }
 
 }  // namespace sensorctl

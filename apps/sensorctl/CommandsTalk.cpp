@@ -17,59 +17,6 @@ Result echo(Session&, const Words& p_vecWords) {
     return {true, "", {{"text", text}}, {text}};
 }
 
-Json describe(const Command& p_stCommand) {
-    return {{"name", p_stCommand.strName},
-            {"usage", usageOf(p_stCommand)},
-            {"summary", p_stCommand.strSummary},
-            {"group", p_stCommand.strGroup}};
-}
-
-// The ways to write a command: its arguments, taken apart at " | ".
-std::vector<std::string> waysOf(const Command& p_stCommand) {
-    const std::string separator = " | ";
-    std::vector<std::string> ways;
-    std::size_t start = 0;
-    for (std::size_t end = 0; std::string::npos != end; start = end + separator.size()) {
-        end = p_stCommand.strArguments.find(separator, start);
-        const std::string arguments = p_stCommand.strArguments.substr(start, end - start);
-        ways.push_back(p_stCommand.strName + (arguments.empty() ? "" : " ") + arguments);
-    }
-    return ways;
-}
-
-// "  init [MODEL [CODE]]               initialise from the device root"; more ways to write it on lines of their own.
-void appendHelp(const Command& p_stCommand, std::vector<std::string>& p_vecLines) {
-    constexpr std::size_t kUsageWidth = 34;  // columns; the longest single usage and a gap
-    const std::vector<std::string> ways = waysOf(p_stCommand);
-    std::string first = "  " + (1 == ways.size() ? ways[0] : p_stCommand.strName);
-    first.resize(std::max(first.size() + 1, kUsageWidth + 2), ' ');
-    p_vecLines.push_back(first + p_stCommand.strSummary);
-    for (std::size_t i = 0; ways.size() > 1 && i < ways.size(); ++i) {
-        p_vecLines.push_back("      " + ways[i]);
-    }
-}
-
-Result helpForOne(const Command& p_stCommand) {
-    std::vector<std::string> lines;
-    appendHelp(p_stCommand, lines);
-    return {true, "", describe(p_stCommand), lines};
-}
-
-Result helpForAll(const CommandTable& p_objTable) {
-    Json commands = Json::array();
-    std::vector<std::string> lines;
-    std::string group;
-    for (const Command& command : p_objTable.all()) {
-        if (command.strGroup != group) {
-            group = command.strGroup;
-            lines.push_back((lines.empty() ? "" : "\n") + group);
-        }
-        appendHelp(command, lines);
-        commands.push_back(describe(command));
-    }
-    return {true, "", {{"commands", commands}}, lines};
-}
-
 // debug LEVEL [0|1]
 Result debug(Session& p_objSession, const Words& p_vecWords) {
     const int level = static_cast<int>(parseNumber(p_vecWords[0], "the level", kLowestLevel, kHighestLevel));
@@ -93,12 +40,6 @@ void addTalkCommands(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
                         return Result{true, "", {{"trace", p_objInterpreter.isTracing()}}, {}};
                     },
                     Effect::speaks});
-    p_objTable.add({"help", "[COMMAND]", "what a command does, or all of them", kGroup, 0, 1,
-                    [&p_objInterpreter](Session&, const Words& p_vecWords) {
-                        const CommandTable& table = p_objInterpreter.table();
-                        return p_vecWords.empty() ? helpForAll(table) : helpForOne(table.find(p_vecWords[0]));
-                    },
-                    Effect::speaks});
     p_objTable.add({"quit", "", "end the session", kGroup, 0, 0,
                     [&p_objInterpreter](Session&, const Words&) {
                         p_objInterpreter.quit();
@@ -110,16 +51,25 @@ void addTalkCommands(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
 void addAllCommands(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
     addLifeCommands(p_objTable);
     addParameterCommands(p_objTable);
+    addReadCommands(p_objTable);
+    addListCommand(p_objTable);
+    addKeepCommands(p_objTable);
+    addStoreCommands(p_objTable);
+    addDiffCommand(p_objTable);
+    addShutterCommands(p_objTable);
     addOperationCommands(p_objTable);
     addSchemeCommands(p_objTable);
-    addStoreCommands(p_objTable);
+    addLanguageCommands(p_objTable);
     addTimeCommands(p_objTable);
+    addWatchCommand(p_objTable, p_objInterpreter);
     addSceneCommands(p_objTable);
     addDeviceCommands(p_objTable);
     addVideoCommands(p_objTable);
     addTranscriptCommands(p_objTable);
     addExpectCommand(p_objTable, p_objInterpreter);
+    addRecordCommand(p_objTable, p_objInterpreter);
     addTalkCommands(p_objTable, p_objInterpreter);
+    addHelpCommand(p_objTable, p_objInterpreter);
 }
 
 }  // namespace sensorctl

@@ -43,12 +43,15 @@ std::size_t Interpreter::run(LineSource& p_objLines) {
         }
         ++m_nCommands;
         result = runLine(line, words);
+        if (p_objLines.isConversation()) {
+            forgetKeyboardInterrupt();
+        }
         if (result.bOk) {
             continue;
         }
         ++failed;
         std::cerr << "sensorctl: " + line.stPosition.text() + ": " + printable(result.strError) + "\n" << std::flush;
-        if (!m_stSettings.bKeepGoing) {
+        if (!m_stSettings.bKeepGoing && !p_objLines.isConversation()) {
             break;
         }
     }
@@ -67,9 +70,20 @@ Result Interpreter::runLine(const Line& p_stLine, const Words& p_vecWords) {
     if (m_bTrace && "echo" != name && "expect" != name) {
         m_objOutput.command(command);
     }
+    const bool recorded = m_objRecorder.isRecording() && "record" != name && "help" != name && "quit" != name;
+    const INT64 begin = platform::Clock::monotonicMicroseconds();
     const Result result = evaluate(p_vecWords);
+    if (recorded) {
+        m_objRecorder.took(result.strReplay.empty() ? command : result.strReplay, result.bOk, begin,
+                           platform::Clock::monotonicMicroseconds());
+    }
     m_objOutput.result(p_stLine.stPosition, command, result);
     return result;
+}
+
+void Interpreter::record(const std::string& p_strPath) {
+    m_objRecorder.begin(
+        p_strPath, {platform::Clock::civilTime(), m_objSession.channel(), platform::Clock::monotonicMicroseconds()});
 }
 
 Result Interpreter::evaluate(const Words& p_vecWords) {

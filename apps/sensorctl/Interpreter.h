@@ -6,6 +6,7 @@
 #include "apps/sensorctl/CommandTable.h"
 #include "apps/sensorctl/LineSource.h"
 #include "apps/sensorctl/Output.h"
+#include "apps/sensorctl/Recorder.h"
 #include "apps/sensorctl/Session.h"
 
 #include <atomic>
@@ -30,8 +31,8 @@ public:
 
     const CommandTable& table() const { return m_objTable; }
 
-    // Runs lines until their end, quit, an interrupt or (unless told to keep going) a command that failed. Returns how
-    // many failed.
+    // Runs lines until their end, quit, an interrupt or (unless told to keep going) a command that failed. In a
+    // conversation neither a failure nor an interrupt from the keyboard ends it. Returns how many failed.
     std::size_t run(LineSource& p_objLines);
     std::size_t commands() const { return m_nCommands; }
 
@@ -41,6 +42,13 @@ public:
     void quit() { m_bQuit = true; }
     void trace(bool p_bOn) { m_bTrace = p_bOn; }
     bool isTracing() const { return m_bTrace; }
+    // Prints something that a command saw while it runs.
+    void show(const char* p_szType, const std::string& p_strText, const Json& p_data) {
+        m_objOutput.event(p_szType, p_strText, p_data);
+    }
+    // Records what is run from now on.
+    void record(const std::string& p_strPath);
+    Recorder& recorder() { return m_objRecorder; }
     // What the latest command that acts or looks answered.
     const Result& lastResult() const { return m_stLastResult; }
     // What driver and video module were told during the latest command that acts, as lines without the time.
@@ -53,6 +61,7 @@ private:
     Output& m_objOutput;
     const Settings m_stSettings;
     CommandTable m_objTable;
+    Recorder m_objRecorder;
     Result m_stLastResult;
     std::uint64_t m_nLastStart = 0;  // transcript entries before the latest command that acts
     std::uint64_t m_nLastEnd = 0;    // and after it

@@ -47,6 +47,21 @@ int interruptSignal() {
     return g_nSignal;
 }
 
+void forgetKeyboardInterrupt() {
+    sigset_t both;
+    sigset_t before;
+    sigemptyset(&both);
+    sigaddset(&both, SIGINT);
+    sigaddset(&both, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &both, &before);
+    if (SIGINT == g_nSignal) {
+        g_nSignal = 0;
+        for (char wake = 0; 1 == read(g_nWakeRead, &wake, 1);) {
+        }
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
 bool waitForInput(int p_nDescriptor) {
     pollfd waited[2] = {{p_nDescriptor, POLLIN, 0}, {g_nWakeRead, POLLIN, 0}};  // a negative descriptor is ignored
     int ready = 0;

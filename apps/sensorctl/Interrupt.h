@@ -11,6 +11,9 @@ void catchInterrupts();
 // The signal that asked for the end; 0 as long as none has.
 int interruptSignal();
 
+// Takes an interrupt from the keyboard as dealt with; a termination signal stays.
+void forgetKeyboardInterrupt();
+
 // Blocks until the descriptor has something to read, is at its end, or the end of the session has been asked for; false
 // in the last case.
 bool waitForInput(int p_nDescriptor);

@@ -48,6 +48,10 @@ std::string nameOfKey(u32 p_nKey) {
     return {};
 }
 
+std::string shortNameOfKey(u32 p_nKey) {
+    return withoutPrefix(lowerCase(nameOfKey(p_nKey)));
+}
+
 std::optional<u32> keyOfName(const std::string& p_strName) {
     const std::string strLower = lowerCase(p_strName);
     for (const KeyName& row : keyNames()) {

@@ -22,6 +22,9 @@ const std::vector<KeyName>& keyNames();
 // The name of a key; empty for a key that has none.
 std::string nameOfKey(u32 p_nKey);
 
+// The same without its prefix, in small letters ("brightness").
+std::string shortNameOfKey(u32 p_nKey);
+
 // The key of a name, whole ("KEY_BRIGHTNESS") or without its prefix ("brightness"), in any case of letters.
 std::optional<u32> keyOfName(const std::string& p_strName);
 

@@ -23,6 +23,10 @@ public:
 
     // The next line; false at the end.
     virtual bool next(Line& p_stLine) = 0;
+
+    // Whether somebody types and reads: a command that fails does not end the session, and an interrupt from the keyboard
+    // ends the command only.
+    virtual bool isConversation() const { return false; }
 };
 
 // Commands in the arguments of the program, separated by arguments "--".

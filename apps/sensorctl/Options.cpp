@@ -56,6 +56,10 @@ std::string rootProblem(const std::string& p_strRoot) {
     return {};
 }
 
+std::vector<std::string> libraryTargets() {
+    return {"stdout", "stderr", "none"};
+}
+
 LibraryOutput::Target targetOf(const std::string& p_strName) {
     if ("stdout" == p_strName) {
         return LibraryOutput::Target::standardOutput;
@@ -63,45 +67,77 @@ LibraryOutput::Target targetOf(const std::string& p_strName) {
     return "none" == p_strName ? LibraryOutput::Target::nowhere : LibraryOutput::Target::standardError;
 }
 
+// The options, and where what is written goes.
+struct Description {
+    Options options;
+    std::string strStart;
+    std::string strLibraryOutput = "stderr";
+    int nDebugLevel = 1;
+    CLI::App app{"Drives one simulated camera through its image-sensor control library.", "sensorctl"};
+    CLI::Option* levelOption = nullptr;
+
+    Description() {
+        app.prefix_command();
+        app.footer(kFooter);
+        app.set_version_flag("--version", std::string("sensorctl ") + SENSORCTL_VERSION);
+        app.add_option("--root", options.strRoot,
+                       "Device root: the directory that holds the camera's files [CAMERA_ROOT]")
+            ->type_name("DIR");
+        app.add_option("--script", options.strScript, "Read commands from this file; - is standard input")
+            ->type_name("FILE");
+        app.add_option("--record", options.strRecord, "Record the session as a script in this file, which must be new")
+            ->type_name("FILE");
+        app.add_option("--channel", options.nChannel, "Channel that commands go to, from 1")
+            ->type_name("N")
+            ->check(CLI::Range(1, kChannels));
+        levelOption = app.add_option("--debug-level", nDebugLevel, "Debug level of the library for this session")
+                          ->type_name("N")
+                          ->check(CLI::Range(kLowestLevel, kHighestLevel));
+        app.add_flag("--trace", options.bTrace,
+                     "Print commands and what driver and video module are told as it happens");
+        app.add_flag("--json", options.bJson, "Print JSON, one object per line");
+        app.add_flag("--realtime", options.bRealTime, "Let the clock run; otherwise it is held and commands move it");
+        app.add_option("--at", strStart, "Time at which the held clock starts [2024-05-01 12:00:00]")
+            ->type_name("TIME");
+        app.add_flag("--keep-going", options.bKeepGoing, "Go on after a command that failed");
+        app.add_option("--library-output", strLibraryOutput,
+                       "Where the library's own messages go: stdout, stderr or none")
+            ->type_name("WHERE")
+            ->check(CLI::IsMember(libraryTargets()));
+    }
+    Description(const Description&) = delete;
+    Description& operator=(const Description&) = delete;
+};
+
 }  // namespace
 
-ParsedOptions parseOptions(const std::vector<std::string>& p_vecArguments, const char* p_szRoot) {
-    Options options;
-    options.strRoot = nullptr == p_szRoot ? "" : p_szRoot;
-    std::string start;
-    std::string libraryOutput = "stderr";
-    int debugLevel = 1;
+std::vector<OptionInfo> optionList() {
+    Description description;
+    std::vector<OptionInfo> list;
+    for (const CLI::Option* option : description.app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            const std::string value = 0 == option->get_expected_max() ? "" : option->get_type_name();
+            list.push_back({"--" + name, value, {}});
+            if ("library-output" == name) {
+                list.back().vecChoices = libraryTargets();
+            }
+        }
+    }
+    return list;
+}
 
-    CLI::App app("Drives one simulated camera through its image-sensor control library.", "sensorctl");
-    app.prefix_command();
-    app.footer(kFooter);
-    app.set_version_flag("--version", std::string("sensorctl ") + SENSORCTL_VERSION);
-    app.add_option("--root", options.strRoot, "Device root: the directory that holds the camera's files [CAMERA_ROOT]")
-        ->type_name("DIR");
-    app.add_option("--script", options.strScript, "Read commands from this file; - is standard input")
-        ->type_name("FILE");
-    app.add_option("--channel", options.nChannel, "Channel that commands go to, from 1")
-        ->type_name("N")
-        ->check(CLI::Range(1, kChannels));
-    CLI::Option* const levelOption =
-        app.add_option("--debug-level", debugLevel, "Debug level of the library for this session")
-            ->type_name("N")
-            ->check(CLI::Range(kLowestLevel, kHighestLevel));
-    app.add_flag("--trace", options.bTrace, "Print commands and what driver and video module are told as it happens");
-    app.add_flag("--json", options.bJson, "Print JSON, one object per line");
-    app.add_flag("--realtime", options.bRealTime, "Let the clock run; otherwise it is held and commands move it");
-    app.add_option("--at", start, "Time at which the held clock starts [2024-05-01 12:00:00]")->type_name("TIME");
-    app.add_flag("--keep-going", options.bKeepGoing, "Go on after a command that failed");
-    app.add_option("--library-output", libraryOutput, "Where the library's own messages go: stdout, stderr or none")
-        ->type_name("WHERE")
-        ->check(CLI::IsMember({"stdout", "stderr", "none"}));
+ParsedOptions parseOptions(const std::vector<std::string>& p_vecArguments, const char* p_szRoot) {
+    Description description;
+    Options& options = description.options;
+    CLI::App& app = description.app;
+    options.strRoot = nullptr == p_szRoot ? "" : p_szRoot;
 
     try {
         std::vector<std::string> reversed(p_vecArguments.rbegin(), p_vecArguments.rend());
         app.parse(reversed);
         options.vecCommands = app.remaining();
-        if (!start.empty()) {
-            options.stStart = parseClock(start, options.stStart);
+        if (!description.strStart.empty()) {
+            options.stStart = parseClock(description.strStart, options.stStart);
         }
     } catch (const CLI::CallForHelp&) {
         return {std::nullopt, kAllOk, app.help()};
@@ -121,20 +157,20 @@ ParsedOptions parseOptions(const std::vector<std::string>& p_vecArguments, const
     if (!options.vecCommands.empty() && !options.strScript.empty()) {
         return refuse("commands come either from the arguments or from --script");
     }
-    if (!start.empty() && options.bRealTime) {
+    if (!description.strStart.empty() && options.bRealTime) {
         return refuse("--at sets a held clock; it does not go with --realtime");
     }
-    if (options.bJson && "stdout" == libraryOutput) {
+    if (options.bJson && "stdout" == description.strLibraryOutput) {
         return refuse("--library-output stdout would mix the library's messages into the JSON lines");
     }
     const std::string problem = rootProblem(options.strRoot);
     if (!problem.empty()) {
         return refuse(problem);
     }
-    if (0 != levelOption->count()) {
-        options.debugLevel = debugLevel;
+    if (0 != description.levelOption->count()) {
+        options.debugLevel = description.nDebugLevel;
     }
-    options.eLibraryOutput = targetOf(libraryOutput);
+    options.eLibraryOutput = targetOf(description.strLibraryOutput);
     return {options, kAllOk, {}};
 }
 

@@ -20,6 +20,7 @@ constexpr int kInterrupted = 128;  // plus the signal: the session was ended fro
 struct Options {
     std::string strRoot;    // device root; a directory that exists
     std::string strScript;  // empty: none
+    std::string strRecord;  // file to record the session in; empty: none
     int nChannel = 1;
     std::optional<int> debugLevel;
     bool bTrace = false;
@@ -37,6 +38,15 @@ struct ParsedOptions {
     int nStatus = kAllOk;
     std::string strText;  // help and version for standard output (status 0), otherwise an error
 };
+
+struct OptionInfo {
+    std::string strName;                  // "--root"
+    std::string strValue;                 // what stands behind it, for instance "DIR"; empty for a switch
+    std::vector<std::string> vecChoices;  // the values that it takes, when they are few
+};
+
+// All options of the program.
+std::vector<OptionInfo> optionList();
 
 // p_szRoot is the device root that the environment names, null when it names none.
 ParsedOptions parseOptions(const std::vector<std::string>& p_vecArguments, const char* p_szRoot);

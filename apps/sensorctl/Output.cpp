@@ -42,11 +42,15 @@ void Output::command(const std::string& p_strCommand) {
 }
 
 void Output::transcript(const std::string& p_strText, const Json& p_data) {
+    event("transcript", "    " + p_strText, p_data);
+}
+
+void Output::event(const char* p_szType, const std::string& p_strText, const Json& p_data) {
     if (Form::text == m_eForm) {
-        write("    " + printable(p_strText) + "\n");
+        write(printable(p_strText) + "\n");
         return;
     }
-    Json line = {{"type", "transcript"}};
+    Json line = {{"type", p_szType}};
     line.update(p_data);
     writeJson(line);
 }

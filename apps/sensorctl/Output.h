@@ -33,6 +33,9 @@ public:
     // One line of the transcript: as text, and its parts by name.
     void transcript(const std::string& p_strText, const Json& p_data);
 
+    // Something that a command saw while it runs: as text, and its parts by name. JSON tells it apart by the type.
+    void event(const char* p_szType, const std::string& p_strText, const Json& p_data);
+
     void result(const Position& p_stPosition, const std::string& p_strCommand, const Result& p_stResult);
 
     // The last line of a session (JSON only).

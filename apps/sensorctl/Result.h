@@ -16,9 +16,10 @@ struct Result {
     std::string strError;               // for people; set when bOk is false
     Json data = Json::object();         // the answer, by name
     std::vector<std::string> vecLines;  // the answer as text; the data on one line when empty
+    std::string strReplay = {};         // how a script does the same again; as it was written when empty
 
     static Result failed(const std::string& p_strError, Json p_data = Json::object()) {
-        return {false, p_strError, std::move(p_data), {}};
+        return {false, p_strError, std::move(p_data), {}, {}};
     }
 };
 

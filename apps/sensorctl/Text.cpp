@@ -1,6 +1,8 @@
 #include "apps/sensorctl/Text.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <sstream>
 
 namespace sensorctl {
 
@@ -41,6 +43,29 @@ std::string join(const std::vector<std::string>& p_vecPieces, const std::string&
         joined += (&piece == &p_vecPieces.front() ? "" : p_strSeparator) + piece;
     }
     return joined;
+}
+
+std::vector<std::string> linesOf(const std::string& p_strText) {
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < p_strText.size();) {
+        const std::size_t end = std::min(p_strText.find('\n', start), p_strText.size());
+        lines.push_back(p_strText.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+std::vector<std::string> wrapped(const std::string& p_strText, std::size_t p_nWidth) {
+    std::istringstream stream(p_strText);
+    std::vector<std::string> lines;
+    for (std::string word; stream >> word;) {
+        if (lines.empty() || lines.back().size() + 1 + word.size() > p_nWidth) {
+            lines.push_back(word);
+        } else {
+            lines.back() += " " + word;
+        }
+    }
+    return lines;
 }
 
 std::string quoted(const std::string& p_strText) {

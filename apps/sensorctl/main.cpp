@@ -19,6 +19,10 @@ constexpr std::size_t kTranscriptLimit = 100000;  // entries: a day of cycles th
 int main(int argc, char** argv) {
     try {
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+        if (!arguments.empty() && "--complete" == arguments.front()) {
+            simcam::Camera camera;
+            return sensorctl::printCompletion({arguments.begin() + 1, arguments.end()}, camera);
+        }
         const sensorctl::ParsedOptions parsed = sensorctl::parseOptions(arguments, std::getenv("CAMERA_ROOT"));
         if (!parsed.options) {
             (sensorctl::kAllOk == parsed.nStatus ? std::cout << parsed.strText
