@@ -163,11 +163,12 @@ int ISensorController::getParameters(const std::string& p_strIds, std::string& o
 bool ISensorController::isShutterDriverGoverned() const {
     TiXmlDocument objStyleXmlDoc;
     const std::string strFileName = "/tmp/merge_style_ch" + std::to_string(u32{m_nCameraID}) + ".xml";
-    SENSOR_ASSERT_OF(kGetAll, style::loadFile(objStyleXmlDoc, strFileName),
-                     "objStyleXmlDoc.LoadFile(filename, TIXML_ENCODING_UTF8)");
+    const bool bLoaded = SENSOR_ASSERT_OF(kGetAll, style::loadFile(objStyleXmlDoc, strFileName),
+                                          "objStyleXmlDoc.LoadFile(filename, TIXML_ENCODING_UTF8)");
+    // What was parsed of a broken document does not count.
+    TiXmlElement* const pRoot = bLoaded ? objStyleXmlDoc.RootElement() : nullptr;
     int nVal = kOwnChoicesOffset;
-    return QVS_SUCCESS != getDnaValbyCmdId(objStyleXmlDoc.RootElement(), KEY_MAX_SHUTTER, nVal) ||
-           nVal < kOwnChoicesOffset;
+    return QVS_SUCCESS != getDnaValbyCmdId(pRoot, KEY_MAX_SHUTTER, nVal) || nVal < kOwnChoicesOffset;
 }
 
 bool ISensorController::getAllParameters(std::string& out) {
