@@ -40,8 +40,17 @@ target_include_directories(inih SYSTEM INTERFACE ${INIH_INCLUDE_DIR})
 target_link_libraries(inih INTERFACE ${INIH_LIBRARY})
 
 # libedit: the prompt of sensorctl. A cross build has the library without its development package, hence the second name.
-find_path(LIBEDIT_INCLUDE_DIR histedit.h REQUIRED)
-find_library(LIBEDIT_LIBRARY NAMES edit libedit.so.2 REQUIRED)
-add_library(libedit INTERFACE)
-target_include_directories(libedit SYSTEM INTERFACE ${LIBEDIT_INCLUDE_DIR})
-target_link_libraries(libedit INTERFACE ${LIBEDIT_LIBRARY})
+if(SENSORDLL_TOOLS)
+  find_path(LIBEDIT_INCLUDE_DIR histedit.h REQUIRED)
+  find_library(LIBEDIT_LIBRARY NAMES edit libedit.so.2 REQUIRED)
+  add_library(libedit INTERFACE)
+  target_include_directories(libedit SYSTEM INTERFACE ${LIBEDIT_INCLUDE_DIR})
+  target_link_libraries(libedit INTERFACE ${LIBEDIT_LIBRARY})
+endif()
+
+# The part of libjpeg-turbo that returns its errors: the pictures of the simulated camera.
+find_path(TURBOJPEG_INCLUDE_DIR turbojpeg.h REQUIRED)
+find_library(TURBOJPEG_LIBRARY turbojpeg REQUIRED)
+add_library(turbojpeg INTERFACE)
+target_include_directories(turbojpeg SYSTEM INTERFACE ${TURBOJPEG_INCLUDE_DIR})
+target_link_libraries(turbojpeg INTERFACE ${TURBOJPEG_LIBRARY})
