@@ -15,16 +15,28 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+// Names the folder in which processes that a test starts make their device roots. They may end without tidying up, as
+// death tests do, so that the root of the test that started them does.
+constexpr char kRootsOfChildren[] = "SENSORDLL_TEST_ROOTS";
+}  // namespace
+
 TestRoot::TestRoot() {
-    std::string strName = (fs::current_path() / "root-XXXXXX").string();
+    const char* const szFolder = std::getenv(kRootsOfChildren);
+    m_strOuter = nullptr == szFolder ? "" : szFolder;
+    const fs::path folder = m_strOuter.empty() ? fs::current_path() : fs::path(m_strOuter);
+    fs::create_directories(folder);
+    std::string strName = (folder / "root-XXXXXX").string();
     if (nullptr == mkdtemp(strName.data())) {
-        throw std::runtime_error("cannot make a device root in " + fs::current_path().string());
+        throw std::runtime_error("cannot make a device root in " + folder.string());
     }
     m_strPath = strName;
-    for (const char* szFolder :
+    m_strChildren = m_strPath + ".children";
+    setenv(kRootsOfChildren, m_strChildren.c_str(), 1);
+    for (const char* szName :
          {"/mnt/mtd/code/config_file", "/mnt/mtd/code/factory_setting", "/mnt/mtd/sign", "/mnt/mtd/log",
           "/hd1/moduleConfig/sensorConfig/style", "/hd1/moduleConfig/sensorConfig/styleDiversity", "/tmp"}) {
-        makeFolder(szFolder);
+        makeFolder(szName);
     }
     platform::setDeviceRoot(m_strPath);
     platform::Clock::hold({2024, 5, 1, 12, 0, 0});
@@ -33,6 +45,12 @@ TestRoot::TestRoot() {
 TestRoot::~TestRoot() {
     std::error_code ignored;
     fs::remove_all(m_strPath, ignored);
+    fs::remove_all(m_strChildren, ignored);
+    if (m_strOuter.empty()) {
+        unsetenv(kRootsOfChildren);
+    } else {
+        setenv(kRootsOfChildren, m_strOuter.c_str(), 1);
+    }
 }
 
 void TestRoot::write(const std::string& p_strName, const std::string& p_strContent) const {

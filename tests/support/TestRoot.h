@@ -1,7 +1,8 @@
 // A device root that belongs to one test, and a held clock.
 //
 // The folder is made below the test program's working folder and removed at the end. The clock is held at 2024-05-01
-// 12:00:00, so that no wait takes time.
+// 12:00:00, so that no wait takes time. Roots of processes that the test starts go with it. One at a time in a process, or
+// nested.
 #pragma once
 
 #include <string>
@@ -30,6 +31,8 @@ public:
 
 private:
     std::string m_strPath;
+    std::string m_strChildren;  // where processes that the test starts make their roots
+    std::string m_strOuter;     // where this root was made; empty for the working folder
 };
 
 // Runs a piece of code and returns what it wrote to standard output.
