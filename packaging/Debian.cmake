@@ -33,6 +33,9 @@ macro(debian_package component)
   list(JOIN deb_DEPENDS ", " CPACK_DEBIAN_${part}_PACKAGE_DEPENDS)
   set(CPACK_DEBIAN_${part}_PACKAGE_NAME ${deb_NAME})
   set(CPACK_DEBIAN_${part}_PACKAGE_SECTION ${deb_SECTION})
+  if(deb_SECTION STREQUAL libs)
+    set(CPACK_DEBIAN_${part}_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers)
+  endif()
   # CPack has no variable for the second of these fields.
   set(CPACK_DEBIAN_${part}_PACKAGE_PRIORITY "optional\nMulti-Arch: ${deb_MULTIARCH}")
   set(CPACK_DEBIAN_${part}_PACKAGE_RECOMMENDS ${deb_RECOMMENDS})
@@ -77,12 +80,14 @@ programs and tests on a desk.")
 debian_package(simcam_devel NAME libsimcam-dev SECTION libdevel MULTIARCH same DEPENDS libsimcam1 libcameraplatform-dev
   SUMMARY "simulated camera for the image-sensor control (development files)"
   TEXT "Headers of the simulated camera, with files for CMake and pkg-config.")
-debian_package(tools NAME sensordll-tools SECTION utils MULTIARCH foreign
-  DEPENDS libsensordll1 libcameraplatform1 libsimcam1
-  SUMMARY "program that drives the image-sensor control by hand"
-  TEXT "sensorctl plays the host of up to four channels on a simulated camera: it calls
+if(SENSORDLL_TOOLS)
+  debian_package(tools NAME sensordll-tools SECTION utils MULTIARCH foreign
+    DEPENDS libsensordll1 libcameraplatform1 libsimcam1
+    SUMMARY "program that drives the image-sensor control by hand"
+    TEXT "sensorctl plays the host of up to four channels on a simulated camera: it calls
 every operation, moves the clock and the scene, makes commands fail, and shows
 what the driver was told. With it comes a sample device tree.")
+endif()
 
 # Not part of a common build: the date and the words come from CHANGELOG.md, whose top entry must be of this version.
 set(changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
