@@ -78,6 +78,25 @@ std::set<std::string> publicMembers() {
     return setNames;
 }
 
+// What the reference says behind "@lock", for each public member that says it.
+std::map<std::string, std::string> locksOfReference() {
+    std::ifstream header(PUBLIC_HEADER);
+    std::map<std::string, std::string> mapLocks;
+    std::string strLock;
+    for (std::string strLine; std::getline(header, strLine) && "private:" != strLine;) {
+        std::smatch match;
+        if (std::regex_search(strLine, match, std::regex("/// @lock (\\w+)"))) {
+            strLock = match[1];
+        } else if (std::regex_search(strLine, match, std::regex("^    [^/]*?(~?\\w+)\\("))) {
+            if (!strLock.empty()) {
+                mapLocks[match[1]] = strLock;
+            }
+            strLock.clear();
+        }
+    }
+    return mapLocks;
+}
+
 // "ia ch0 set 34 = 50" as the table writes it: "`set 34`".
 std::string asTableCall(const std::string& p_strLine) {
     std::istringstream words(p_strLine);
@@ -198,6 +217,17 @@ TEST_F(OperationsTable, SaysWhichOperationsTakeTheLock) {
                          "that locked it at the test:7");
         } else {
             EXPECT_EXIT(callWhileHeld(), testing::ExitedWithCode(0), "");
+        }
+    }
+}
+
+TEST_F(OperationsTable, SaysOfTheLockWhatTheReferenceSays) {
+    std::map<std::string, std::string> mapLocks = locksOfReference();
+    EXPECT_GT(mapLocks.size(), 40u);
+    for (const TableRow& stRow : classRows()) {
+        const auto found = mapLocks.find(stRow.name());
+        if (mapLocks.end() != found) {
+            EXPECT_EQ(found->second, stRow.cells[kLock].substr(0, stRow.cells[kLock].find(','))) << stRow.name();
         }
     }
 }
