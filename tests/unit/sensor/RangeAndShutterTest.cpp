@@ -1,0 +1,634 @@
+// What the driver accepts now, as text; and the maximum shutter as a place in that list.
+#include "technic/QVMutex.h"
+#include "tests/unit/sensor/SmallSets.h"
+
+#include <algorithm>
+#include <climits>
+#include <numeric>
+
+using messages::anyLine;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+constexpr u32 kRange = IA_CMD_OPT_GET_PARAM_RNAGE;
+
+class Ranged : public SmallSets {
+protected:
+    static constexpr char kListFailed[] =
+        "QVS_SUCCESS == ia_ioctrl_v2(m_nCameraID-1, IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, "
+        "(void*)(&dnaCmdList))";
+    static constexpr char kRangeFailed[] =
+        "QVS_SUCCESS == doIaCmd(p_nCmd, IA_CMD_OPT_GET_PARAM_RNAGE, (void*)(&stDynamicParam))";
+
+    void driverOffers(u32 p_nCmd, int p_nDefault, const std::vector<int>& p_vecItems) {
+        camera.dynamicCommands({34, p_nCmd});
+        camera.range(p_nCmd, RecordingCamera::rangeOf(p_nDefault, p_vecItems));
+    }
+
+    static std::vector<int> counting(std::size_t p_nItems) {
+        std::vector<int> vecItems(p_nItems);
+        std::iota(vecItems.begin(), vecItems.end(), 1000);
+        return vecItems;
+    }
+    static std::string asText(const std::vector<int>& p_vecItems) {
+        std::string strText;
+        for (const int nItem : p_vecItems) {
+            strText += (strText.empty() ? "" : " ") + std::to_string(nItem);
+        }
+        return strText;
+    }
+
+    // A driver that claims a number of items, and fills all that there are with 7.
+    void claimItems(int p_nClaimed) {
+        camera.dynamicCommands({KEY_MAX_SHUTTER});
+        camera.onDriver(KEY_MAX_SHUTTER, kRange, [=](int, void* p_pData) {
+            ia_dynamic_params_attr_st stRange = RecordingCamera::rangeOf(7, std::vector<int>(IA_DYNAMIC_ITEMS_MAX, 7));
+            stRange.items_cnt = p_nClaimed;
+            *static_cast<ia_dynamic_params_attr_st*>(p_pData) = stRange;
+            return IA_OK;
+        });
+    }
+};
+
+// --- Ranges ---
+
+class SensorParamRange : public Ranged {
+protected:
+    bool ask(int p_nCmd) { return controller.getSensorParamRange(p_nCmd, nDefault, strRange); }
+    void expectNothingTold() {
+        EXPECT_EQ(-77, nDefault);
+        EXPECT_EQ("before", strRange);
+    }
+
+    int nDefault = -77;
+    std::string strRange = "before";
+};
+
+TEST_F(SensorParamRange, ItTellsTheDefaultAndTheValuesInTheDriversOrder) {
+    strRange = "";
+    driverOffers(49, 16667, {33333, 16667, 8333});
+    EXPECT_TRUE(ask(49));
+    EXPECT_EQ(16667, nDefault);
+    EXPECT_EQ("33333 16667 8333", strRange);
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 commands", "ia ch0 range 49"));
+}
+
+TEST_F(SensorParamRange, TheValuesAreAppendedToWhatIsThere) {
+    driverOffers(49, 1, {33333, 16667});
+    EXPECT_TRUE(ask(49));
+    EXPECT_EQ("before33333 16667", strRange);
+    EXPECT_TRUE(ask(49));
+    EXPECT_EQ("before33333 1666733333 16667", strRange);
+}
+
+TEST_F(SensorParamRange, MeantFourCommandsAreServedAndNoOther) {
+    for (const int nCmd : {49, 50, 82, 1537}) {
+        driverOffers(static_cast<u32>(nCmd), nCmd + 1, {nCmd + 2});
+        strRange = "";
+        EXPECT_TRUE(ask(nCmd)) << nCmd;
+        EXPECT_EQ(nCmd + 1, nDefault);
+        EXPECT_EQ(std::to_string(nCmd + 2), strRange);
+    }
+}
+
+TEST_F(SensorParamRange, AnyOtherDynamicCommandIsRefusedWithoutAWord) {
+    root.debugLevel(7);
+    strRange = "before";
+    for (const int nCmd : {34, 48, 51, 81, 83, 1536, 1538, 2353, 0, -1}) {
+        driverOffers(static_cast<u32>(nCmd), 1, {2});
+        camera.clear();
+        EXPECT_EQ("", outputOf([&] { EXPECT_FALSE(ask(nCmd)) << nCmd; }));
+        EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 commands"));
+    }
+    expectNothingTold();
+}
+
+TEST_F(SensorParamRange, ACommandOutsideTheDriversListIsRefusedWithoutAWord) {
+    root.debugLevel(7);
+    camera.dynamicCommands({34, 50});
+    camera.range(49, RecordingCamera::rangeOf(1, {2}));
+    EXPECT_EQ("", outputOf([&] { EXPECT_FALSE(ask(49)); }));
+    camera.dynamicCommands({});
+    EXPECT_EQ("", outputOf([&] { EXPECT_FALSE(ask(49)); }));
+    expectNothingTold();
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 commands", "ia ch0 commands"));
+    EXPECT_EQ("", root.errorLog());
+}
+
+TEST_F(SensorParamRange, TheLastOfSixteenCommandsIsFound) {
+    std::vector<u32> vecCmds(15, 34);
+    vecCmds.push_back(82);
+    camera.dynamicCommands(vecCmds);
+    camera.range(82, RecordingCamera::rangeOf(5, {6}));
+    EXPECT_TRUE(ask(82));
+    EXPECT_EQ(5, nDefault);
+}
+
+TEST_F(SensorParamRange, ACommandBehindTheDriversCountDoesNotCount) {
+    camera.onDriver(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, [](int, void* p_pData) {
+        *static_cast<ia_dynamic_params_cmds_st*>(p_pData) = {1, {34, 49}};
+        return IA_OK;
+    });
+    EXPECT_FALSE(ask(49));
+    expectNothingTold();
+}
+
+TEST_F(SensorParamRange, ItAsksOnTheControllersChannel) {
+    controller.setChannelID(2);
+    driverOffers(49, 1, {2});
+    EXPECT_TRUE(ask(49));
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch1 commands", "ia ch1 range 49"));
+}
+
+TEST_F(SensorParamRange, ItPrintsWhatItToldAtEveryLevelWithWhatWasThereBefore) {
+    root.debugLevel(-1);
+    driverOffers(1537, -3, {10, 20});
+    EXPECT_EQ("cmd=1537 DefaltParam=-3 strParamRange=before10 20\n", outputOf([&] { EXPECT_TRUE(ask(1537)); }));
+}
+
+TEST_F(SensorParamRange, OneValueAndNoneAreToldWithoutBlanks) {
+    driverOffers(49, 4, {INT_MIN});
+    EXPECT_TRUE(ask(49));
+    EXPECT_EQ("before-2147483648", strRange);
+    driverOffers(49, 5, {});
+    strRange = "before";
+    EXPECT_EQ("cmd=49 DefaltParam=5 strParamRange=before\n", outputOf([&] { EXPECT_TRUE(ask(49)); }));
+    EXPECT_EQ("before", strRange);
+    EXPECT_EQ(5, nDefault);
+}
+
+TEST_F(SensorParamRange, ARangeThatIsNoListSucceedsAndTellsNothing) {
+    camera.dynamicCommands({49});
+    for (const int nKind : {1, -1, INT_MIN}) {
+        ia_dynamic_params_attr_st stRange = RecordingCamera::rangeOf(5, {6, 7});
+        stRange.range_kind = nKind;
+        camera.range(49, stRange);
+        EXPECT_EQ("", outputOf([&] { EXPECT_TRUE(ask(49)); }));
+    }
+    expectNothingTold();
+}
+
+TEST_F(SensorParamRange, SixtyFourValuesAreToldWhole) {
+    const std::vector<int> vecItems = counting(64);
+    strRange = "";
+    driverOffers(49, 1, vecItems);
+    EXPECT_TRUE(ask(49));
+    EXPECT_EQ(asText(vecItems), strRange);
+}
+
+TEST_F(SensorParamRange, ADriverThatClaimsMoreThanSixtyFourValuesIsBoundedAndReported) {
+    root.debugLevel(6);
+    for (const int nClaimed : {65, INT_MAX}) {
+        claimItems(nClaimed);
+        strRange = "";
+        EXPECT_THAT(anyLine(outputOf([&] { EXPECT_TRUE(ask(49)); })),
+                    HasSubstr(messages::error(
+                        {"DriverLists.cpp", "contained"},
+                        "driver claims " + std::to_string(nClaimed) + " range items, the record holds 0 to 64\n")));
+        EXPECT_EQ(asText(std::vector<int>(64, 7)), strRange);
+    }
+}
+
+TEST_F(SensorParamRange, ADriverThatClaimsANegativeNumberOfValuesIsReportedAndTellsNone) {
+    root.debugLevel(6);
+    claimItems(-1);
+    EXPECT_THAT(anyLine(outputOf([&] { EXPECT_TRUE(ask(49)); })),
+                HasSubstr(messages::error({"DriverLists.cpp", "contained"},
+                                          "driver claims -1 range items, the record holds 0 to 64\n")));
+    EXPECT_EQ("before", strRange);
+    EXPECT_EQ(7, nDefault);
+}
+
+TEST_F(SensorParamRange, ADriverThatClaimsAnImpossibleNumberOfCommandsIsBoundedAndReported) {
+    root.debugLevel(6);
+    for (const int nClaimed : {17, INT_MAX, -1}) {
+        camera.onDriver(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, [=](int, void* p_pData) {
+            auto* const pList = static_cast<ia_dynamic_params_cmds_st*>(p_pData);
+            pList->cmd_cnt = nClaimed;
+            pList->cmd_list[IA_DYNAMIC_CMDS_MAX - 1] = 49;
+            return IA_OK;
+        });
+        camera.range(49, RecordingCamera::rangeOf(1, {2}));
+        EXPECT_THAT(anyLine(outputOf([&] { EXPECT_EQ(nClaimed > 0, ask(49)); })),
+                    StartsWith(messages::error({"DriverLists.cpp", "contained"},
+                                               "driver claims " + std::to_string(nClaimed) +
+                                                   " dynamic commands, the record holds 0 to 16\n")));
+    }
+}
+
+TEST_F(SensorParamRange, AListOfCommandsThatFailsIsAnAssertionAndNothingIsTold) {
+    driverOffers(49, 1, {2});
+    camera.driverFails(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, -3);
+    EXPECT_EQ(messages::assertion(in("getSensorParamRange"), kListFailed),
+              anyLine(outputOf([&] { EXPECT_FALSE(ask(49)); })));
+    EXPECT_EQ(messages::loggedAssertion(in("getSensorParamRange"), kListFailed), anyLine(root.errorLog()));
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 commands failed -3"));
+    expectNothingTold();
+}
+
+TEST_F(SensorParamRange, WhatAFailedListOfCommandsHoldsCountsAllTheSame) {
+    root.debugLevel(-1);
+    camera.onDriver(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, [](int, void* p_pData) {
+        *static_cast<ia_dynamic_params_cmds_st*>(p_pData) = {1, {49}};
+        return -1;
+    });
+    camera.range(49, RecordingCamera::rangeOf(1, {2}));
+    EXPECT_TRUE(ask(49));
+    EXPECT_EQ("before2", strRange);
+}
+
+TEST_F(SensorParamRange, TheRecordsStartCleared) {
+    bool bCleared = true;
+    const auto look = [&](const void* p_pData, std::size_t p_nBytes) {
+        const char* const pBytes = static_cast<const char*>(p_pData);
+        bCleared = bCleared && std::all_of(pBytes, pBytes + p_nBytes, [](char p_cByte) { return '\0' == p_cByte; });
+    };
+    camera.onDriver(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, [&](int, void* p_pData) {
+        look(p_pData, sizeof(ia_dynamic_params_cmds_st));
+        *static_cast<ia_dynamic_params_cmds_st*>(p_pData) = {1, {49}};
+        return IA_OK;
+    });
+    camera.onDriver(49, kRange, [&](int, void* p_pData) {
+        look(p_pData, sizeof(ia_dynamic_params_attr_st));
+        return IA_OK;
+    });
+    EXPECT_TRUE(ask(49));
+    EXPECT_TRUE(ask(49));
+    EXPECT_TRUE(bCleared);
+    EXPECT_EQ(0, nDefault);
+    EXPECT_EQ("before", strRange);
+}
+
+TEST_F(SensorParamRange, ARangeThatFailsIsAnAssertionAndTellsAsMuchAsItHolds) {
+    camera.dynamicCommands({49});
+    camera.driverFails(49, kRange, -3, 1);
+    EXPECT_EQ(
+        messages::assertion(in("getSensorParamRange"), kRangeFailed) + "cmd=49 DefaltParam=0 strParamRange=before\n",
+        anyLine(outputOf([&] { EXPECT_TRUE(ask(49)); })));
+    EXPECT_EQ(messages::loggedAssertion(in("getSensorParamRange"), kRangeFailed), anyLine(root.errorLog()));
+    EXPECT_EQ(0, nDefault);
+    EXPECT_EQ("before", strRange);
+    camera.onDriver(49, kRange, [](int, void* p_pData) {
+        *static_cast<ia_dynamic_params_attr_st*>(p_pData) = RecordingCamera::rangeOf(5, {6, 7});
+        return -1;
+    });
+    EXPECT_TRUE(quietly([&] { return ask(49); }));
+    EXPECT_EQ(5, nDefault);
+    EXPECT_EQ("before6 7", strRange);
+}
+
+TEST_F(SensorParamRange, AFailureEndsTheProcessWhileAssertionsAreEnabled) {
+    camera.dynamicCommands({49});
+    root.debugLevel(1, true);
+    camera.driverFails(49, kRange, -3);
+    EXPECT_DEATH(ask(49), abortIn("getSensorParamRange"));
+    camera.driverFails(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, -3);
+    EXPECT_DEATH(ask(34), abortIn("getSensorParamRange"));
+}
+
+TEST_F(SensorParamRange, TheLensLockHoldsTheNearLimitBack) {
+    lockLens();
+    driverOffers(1537, 5, {6});
+    EXPECT_TRUE(ask(1537));
+    EXPECT_EQ(0, nDefault);
+    EXPECT_EQ("before", strRange);
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 commands"));
+    driverOffers(49, 5, {6});
+    EXPECT_TRUE(ask(49));
+    EXPECT_EQ(5, nDefault);
+}
+
+TEST_F(SensorParamRange, TheRangeGoesThroughTheGatewayAndTheListDoesNot) {
+    root.debugLevel(6);
+    driverOffers(49, 5, {6});
+    const std::string strOut = anyLine(outputOf([&] { EXPECT_TRUE(ask(49)); }));
+    EXPECT_EQ(
+        messages::debug(in("doIaCmd"),
+                        "====================== cmd:49 dir:2 val:0 ======m_nCameraID=(1)===============begin\n") +
+            messages::debug(in("doIaCmd"), "====================== cmd:49 dir:2 val:0 =====================end\n") +
+            "cmd=49 DefaltParam=5 strParamRange=before6\n",
+        strOut);
+}
+
+TEST_F(SensorParamRange, ItWorksWithoutSetsAndWithoutTheLock) {
+    ISensorController fresh;
+    driverOffers(49, 5, {6});
+    EXPECT_TRUE(fresh.getSensorParamRange(49, nDefault, strRange));
+    EXPECT_EQ("before6", strRange);
+    const QVMutexManager guard(&probe.mutex(), "the test", 7);  // a second lock would end the process
+    EXPECT_TRUE(ask(49));
+}
+
+// --- The maximum shutter as a place ---
+
+class Shutter : public Ranged {
+protected:
+    Shutter() {
+        root.debugLevel(-1);
+        listIs({100, 200, 300});
+    }
+
+    void listIs(const std::vector<int>& p_vecItems) {
+        camera.dynamicCommands({KEY_MAX_SHUTTER});
+        camera.range(KEY_MAX_SHUTTER, RecordingCamera::rangeOf(0, p_vecItems));
+    }
+    // The driver's value, and another one in memory so that a set of any value of the list is sent.
+    void currentIs(int p_nValue) {
+        camera.driverHolds(0, KEY_MAX_SHUTTER, p_nValue);
+        cached(0, KEY_MAX_SHUTTER, 999);
+        camera.clear();
+    }
+    std::vector<std::string> sets() { return camera.linesLike("ia ch0 set "); }
+
+    void expectNothingSet() {
+        EXPECT_THAT(sets(), IsEmpty());
+        EXPECT_EQ(999u, probe.valueIn(0, KEY_MAX_SHUTTER));
+    }
+};
+
+TEST_F(Shutter, ItsPlaceIsThatOfTheDriversValue) {
+    for (int i = 0; i < 3; ++i) {
+        currentIs(100 + 100 * i);
+        int nIndex = -7;
+        EXPECT_TRUE(controller.getShutterValue(nIndex));
+        EXPECT_EQ(i, nIndex);
+        EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 commands", "ia ch0 range 49",
+                                                     "ia ch0 get 49 -> " + std::to_string(100 + 100 * i)));
+    }
+}
+
+TEST_F(Shutter, TheFirstOfTwoEqualValuesIsItsPlace) {
+    listIs({300, 100, 200, 100, 300});
+    currentIs(100);
+    int nIndex = -7;
+    EXPECT_TRUE(controller.getShutterValue(nIndex));
+    EXPECT_EQ(1, nIndex);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 200"));
+}
+
+TEST_F(Shutter, AValueOutsideTheListHasNoPlaceAndNoStep) {
+    for (const int nValue : {150, 0, -100, 301}) {
+        currentIs(nValue);
+        int nIndex = -7;
+        EXPECT_FALSE(controller.getShutterValue(nIndex));
+        EXPECT_EQ(-7, nIndex);
+        EXPECT_FALSE(controller.shutterUp());
+        EXPECT_FALSE(controller.shutterDown());
+        expectNothingSet();
+    }
+    EXPECT_EQ("", root.errorLog());
+}
+
+TEST_F(Shutter, AReadThatFailsHasNoPlaceAndNoStepAndIsNoAssertion) {
+    root.debugLevel(1);
+    currentIs(200);
+    camera.driverFails(KEY_MAX_SHUTTER, IA_CMD_OPT_GET, -3);
+    int nIndex = -7;
+    EXPECT_THAT(outputOf([&] {
+                    EXPECT_FALSE(controller.getShutterValue(nIndex));
+                    EXPECT_FALSE(controller.shutterUp());
+                    EXPECT_FALSE(controller.shutterDown());
+                }),
+                Not(HasSubstr("Assertion")));
+    EXPECT_EQ(-7, nIndex);
+    expectNothingSet();
+    EXPECT_EQ("", root.errorLog());
+    EXPECT_EQ(3u, camera.linesLike("ia ch0 get 49 failed -3").size());
+}
+
+TEST_F(Shutter, ADriverThatFillsNothingInIsAtZero) {
+    listIs({5, 0});
+    camera.onDriver(KEY_MAX_SHUTTER, IA_CMD_OPT_GET, [](int, void*) { return IA_OK; });
+    int nIndex = -7;
+    EXPECT_TRUE(controller.getShutterValue(nIndex));
+    EXPECT_EQ(1, nIndex);
+}
+
+TEST_F(Shutter, APlaceIsSetAsItsValueAndTheDriversOwnIsNotRead) {
+    currentIs(150);
+    EXPECT_TRUE(controller.setShutterValue(2));
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 commands", "ia ch0 range 49", "ia ch0 set 49 = 300"));
+    EXPECT_EQ(300u, probe.valueIn(0, KEY_MAX_SHUTTER));
+    EXPECT_TRUE(controller.setShutterValue(0));
+    EXPECT_EQ(100u, probe.valueIn(0, KEY_MAX_SHUTTER));
+}
+
+TEST_F(Shutter, APlaceBehindTheListOrBelowZeroIsRefused) {
+    currentIs(100);
+    for (const int nIndex : {3, 4, INT_MAX, -1, -3, INT_MIN}) {
+        EXPECT_FALSE(controller.setShutterValue(nIndex)) << nIndex;
+    }
+    expectNothingSet();
+    EXPECT_EQ("", root.errorLog());
+}
+
+TEST_F(Shutter, AnEmptyListHasNoPlaces) {
+    listIs({});
+    currentIs(0);
+    int nIndex = -7;
+    EXPECT_FALSE(controller.setShutterValue(0));
+    EXPECT_FALSE(controller.getShutterValue(nIndex));
+    EXPECT_FALSE(controller.shutterUp());
+    EXPECT_FALSE(controller.shutterDown());
+    EXPECT_EQ(-7, nIndex);
+    expectNothingSet();
+}
+
+TEST_F(Shutter, AListThatTheDriverDoesNotTellIsEmpty) {
+    currentIs(100);
+    int nIndex = -7;
+    camera.dynamicCommands({KEY_FIX_SHUTTER});
+    EXPECT_FALSE(controller.setShutterValue(0));
+    EXPECT_FALSE(controller.getShutterValue(nIndex));
+    EXPECT_FALSE(controller.shutterUp());
+    listIs({100});
+    camera.driverFails(KEY_MAX_SHUTTER, kRange, -3, 3);
+    EXPECT_FALSE(controller.setShutterValue(0));
+    EXPECT_FALSE(controller.getShutterValue(nIndex));
+    EXPECT_FALSE(controller.shutterDown());
+    ia_dynamic_params_attr_st stRange = RecordingCamera::rangeOf(0, {100});
+    stRange.range_kind = 1;
+    camera.range(KEY_MAX_SHUTTER, stRange);
+    EXPECT_FALSE(controller.setShutterValue(0));
+    expectNothingSet();
+}
+
+TEST_F(Shutter, AStepUpGoesTowardsTheEndOfTheList) {
+    currentIs(100);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_THAT(camera.transcript(),
+                ElementsAre("ia ch0 commands", "ia ch0 range 49", "ia ch0 get 49 -> 100", "ia ch0 set 49 = 200"));
+    EXPECT_EQ(200u, probe.valueIn(0, KEY_MAX_SHUTTER));
+}
+
+TEST_F(Shutter, AStepDownGoesTowardsTheBeginningOfTheList) {
+    currentIs(300);
+    EXPECT_TRUE(controller.shutterDown());
+    EXPECT_THAT(camera.transcript(),
+                ElementsAre("ia ch0 commands", "ia ch0 range 49", "ia ch0 get 49 -> 300", "ia ch0 set 49 = 200"));
+    EXPECT_EQ(200u, probe.valueIn(0, KEY_MAX_SHUTTER));
+}
+
+TEST_F(Shutter, UpIsTowardsTheEndWhateverTheOrderOfTheValues) {
+    listIs({300, -5, 100});
+    currentIs(300);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_TRUE(controller.shutterDown());
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = -5", "ia ch0 set 49 = 100", "ia ch0 set 49 = -5"));
+}
+
+TEST_F(Shutter, MeantAStepAtTheEndOfTheListSetsTheCurrentValueAgain) {
+    currentIs(300);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 300"));
+    EXPECT_EQ(300u, probe.valueIn(0, KEY_MAX_SHUTTER));
+    currentIs(100);
+    EXPECT_TRUE(controller.shutterDown());
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 100"));
+    EXPECT_EQ(100u, probe.valueIn(0, KEY_MAX_SHUTTER));
+}
+
+// Setting a parameter does not send what memory holds already.
+TEST_F(Shutter, AStepAtTheEndSucceedsWithoutADriverCallWhenMemoryHoldsTheValue) {
+    currentIs(300);
+    cached(0, KEY_MAX_SHUTTER, 300);
+    EXPECT_TRUE(controller.shutterUp());
+    currentIs(100);
+    cached(0, KEY_MAX_SHUTTER, 100);
+    EXPECT_TRUE(controller.shutterDown());
+    EXPECT_THAT(sets(), IsEmpty());
+}
+
+TEST_F(Shutter, AListOfOneValueStaysWhereItIs) {
+    listIs({100});
+    currentIs(100);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_TRUE(controller.shutterDown());
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 100"));
+}
+
+TEST_F(Shutter, AChangeThatFailsIsFalse) {
+    currentIs(200);
+    camera.driverFails(KEY_MAX_SHUTTER, IA_CMD_OPT_SET, -5);
+    EXPECT_FALSE(controller.setShutterValue(0));
+    EXPECT_FALSE(controller.shutterUp());
+    EXPECT_FALSE(controller.shutterDown());
+    EXPECT_EQ(999u, probe.valueIn(0, KEY_MAX_SHUTTER));
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 100 failed -5", "ia ch0 set 49 = 300 failed -5",
+                                    "ia ch0 set 49 = 100 failed -5"));
+}
+
+TEST_F(Shutter, OnlyTheFirstThirtyValuesCount) {
+    listIs(counting(35));
+    currentIs(1028);
+    EXPECT_FALSE(controller.setShutterValue(30));
+    expectNothingSet();
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 1029")) << "the thirtieth is the end";
+    int nIndex = -7;
+    EXPECT_TRUE(controller.getShutterValue(nIndex));
+    EXPECT_EQ(29, nIndex);
+    currentIs(1030);
+    EXPECT_FALSE(controller.getShutterValue(nIndex));
+    EXPECT_FALSE(controller.shutterUp());
+    EXPECT_FALSE(controller.shutterDown());
+    EXPECT_TRUE(controller.setShutterValue(29));
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 1029"));
+}
+
+TEST_F(Shutter, EachLooksAtTheDriversListAnew) {
+    currentIs(200);
+    int nIndex = -7;
+    EXPECT_TRUE(controller.getShutterValue(nIndex));
+    EXPECT_EQ(1, nIndex);
+    listIs({200, 300});
+    EXPECT_TRUE(controller.getShutterValue(nIndex));
+    EXPECT_EQ(0, nIndex);
+}
+
+TEST_F(Shutter, EachPrintsTheListItLookedAt) {
+    currentIs(200);
+    int nIndex = -7;
+    const std::string strList = "cmd=49 DefaltParam=0 strParamRange=100 200 300\n";
+    EXPECT_EQ(strList, outputOf([&] { controller.getShutterValue(nIndex); }));
+    EXPECT_EQ(strList, outputOf([&] { controller.setShutterValue(7); }));
+    EXPECT_EQ(strList + "\n", outputOf([&] { controller.setShutterValue(0); }));
+    EXPECT_EQ(strList + "\n", outputOf([&] { controller.shutterUp(); }));
+    EXPECT_EQ(strList + "\n", outputOf([&] { controller.shutterDown(); }));
+}
+
+TEST_F(Shutter, EachGoesToTheControllersChannel) {
+    controller.setChannelID(4);
+    camera.driverHolds(3, KEY_MAX_SHUTTER, 200);
+    cached(0, KEY_MAX_SHUTTER, 999);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_THAT(camera.transcript(),
+                ElementsAre("ia ch3 commands", "ia ch3 range 49", "ia ch3 get 49 -> 200", "ia ch3 set 49 = 300"));
+}
+
+TEST_F(Shutter, TheChangeIsOneOfTheCurrentScheme) {
+    currentIs(200);
+    probe.setCurScheme(1);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_EQ(300u, probe.valueIn(1, KEY_MAX_SHUTTER));
+    EXPECT_EQ(999u, probe.valueIn(0, KEY_MAX_SHUTTER));
+}
+
+TEST_F(Shutter, OnlyTheChangeHoldsTheLock) {
+    currentIs(200);
+    std::vector<bool> vecHeld;
+    const auto note = [&](int, void* p_pData) {
+        vecHeld.push_back(lockIsHeld());
+        *static_cast<int*>(p_pData) = 200;
+        return IA_OK;
+    };
+    camera.onDriver(KEY_MAX_SHUTTER, IA_CMD_OPT_GET, note);
+    camera.onDriver(KEY_MAX_SHUTTER, IA_CMD_OPT_SET, note);
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_TRUE(controller.shutterDown());
+    EXPECT_TRUE(controller.setShutterValue(2));
+    EXPECT_THAT(vecHeld, ElementsAre(false, true, false, true, true));
+    EXPECT_FALSE(lockIsHeld());
+    const QVMutexManager guard(&probe.mutex(), "the test", 7);  // a second lock would end the process
+    int nIndex = -7;
+    EXPECT_TRUE(controller.getShutterValue(nIndex));
+    EXPECT_FALSE(controller.setShutterValue(-1));
+}
+
+TEST_F(Shutter, WithoutSetsItCanBeReadAndNotSet) {
+    ISensorController fresh;
+    camera.driverHolds(0, KEY_MAX_SHUTTER, 200);
+    int nIndex = -7;
+    EXPECT_TRUE(fresh.getShutterValue(nIndex));
+    EXPECT_EQ(1, nIndex);
+    EXPECT_FALSE(fresh.setShutterValue(0));
+    EXPECT_FALSE(fresh.shutterUp());
+    EXPECT_FALSE(fresh.shutterDown());
+    EXPECT_THAT(sets(), IsEmpty());
+}
+
+TEST_F(Shutter, WithoutASchemeItIsSetAndRecordedNowhere) {
+    currentIs(200);
+    applyNoScheme();
+    EXPECT_TRUE(controller.shutterUp());
+    EXPECT_THAT(sets(), ElementsAre("ia ch0 set 49 = 300"));
+    EXPECT_EQ(999u, probe.valueIn(0, KEY_MAX_SHUTTER));
+}
+
+TEST_F(Shutter, ABrokenListEndsTheProcessWhileAssertionsAreEnabled) {
+    root.debugLevel(1, true);
+    camera.driverFails(KEY_MAX_SHUTTER, kRange, -3);
+    int nIndex = -7;
+    EXPECT_DEATH(controller.getShutterValue(nIndex), abortIn("getSensorParamRange"));
+}
+
+}  // namespace
