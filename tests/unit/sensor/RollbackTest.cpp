@@ -89,6 +89,19 @@ TEST_F(Rollback, OnlyTheCurrentSchemeComesBack) {
     EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 set 34 = 61"));
 }
 
+TEST_F(Rollback, ASwitchStoresNothingAndUnsavedValuesWaitForTheirScheme) {
+    stored(0, records());
+    cached(0, KEY_BRIGHTNESS, 60);
+    EXPECT_TRUE(quietly([&] { return controller.setParamScheme(1); }));
+    EXPECT_EQ(fileOf(records()), root.read(parameterFile(0)));
+    EXPECT_FALSE(root.exists(parameterFile(1)));
+    EXPECT_EQ(60u, probe.valueIn(0, KEY_BRIGHTNESS));
+    EXPECT_TRUE(quietly([&] { return controller.setParamScheme(0); }));
+    camera.clear();
+    EXPECT_TRUE(rolledBack());
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 set 34 = 50"));
+}
+
 TEST_F(Rollback, TheSecondChannelHasFilesOfItsOwnName) {
     controller.setChannelID(2);
     stored(0, with(records(), KEY_BRIGHTNESS, 60));

@@ -2,6 +2,7 @@
 #include "tests/unit/sensor/WriteTest.h"
 
 #include <climits>
+#include <cstring>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -190,6 +191,49 @@ TEST_F(WriteDispatch, AnUnknownKeyThatFailsEndsTheWalkWithItsNumber) {
                 }),
                 HasSubstr("set unknow key (4711,8) func:ISensorController::doIaCmd ia_cmd:4711 ~~~failed ia_ret=-1\n"));
     EXPECT_THAT(camera.transcript(), ElementsAre("ia ch0 set 4711 = 8 failed -1"));
+}
+
+// The driver takes these for records: a version text, the list of its commands, a sensor check, the heater's byte.
+TEST_F(WriteDispatch, ADriverThatFillsAWholeRecordForAnUnknownKeyReachesNothingBehindTheValue) {
+    root.debugLevel(-1);
+    for (const u32 nKey : {2496u, 4112u, 2816u, 1606u, kUnknown}) {
+        camera.onDriver(nKey, IA_CMD_OPT_SET, [](int, void* p_pData) {
+            std::memset(p_pData, 0x5A, sizeof(ia_dynamic_params_attr_st));
+            return IA_OK;
+        });
+        std::vector<KeyVal> vecList = {{nKey, 1}, {KEY_CONTRAST, 9}};
+        EXPECT_EQ(0, write(vecList)) << nKey;
+        EXPECT_EQ(0x5A5A5A5Au, vecList[0].value) << "the value itself is the driver's to change";
+        EXPECT_EQ(u32{KEY_CONTRAST}, vecList[1].key) << nKey;
+        EXPECT_EQ(9u, vecList[1].value) << nKey;
+        EXPECT_EQ(0, controller.setParameter(static_cast<int>(nKey), 1, true)) << nKey;
+    }
+}
+
+TEST_F(WriteDispatch, WhatTheDriverReadsBehindTheValueOfAnUnknownKeyIsCleared) {
+    root.debugLevel(-1);
+    std::vector<int> vecRead;
+    camera.onDriver(2816, IA_CMD_OPT_SET, [&](int, void* p_pData) {
+        const int* const pWords = static_cast<const int*>(p_pData);
+        vecRead.assign(pWords, pWords + sizeof(ia_dynamic_params_attr_st) / sizeof(int));
+        return IA_OK;
+    });
+    EXPECT_EQ(0, write({{2816, 7}, {KEY_CONTRAST, 9}}));
+    std::vector<int> vecExpected(69, 0);
+    vecExpected[0] = 7;
+    EXPECT_EQ(vecExpected, vecRead);
+}
+
+TEST_F(WriteDispatch, AnUnknownKeysValueIsRecordedAsTheDriverLeftIt) {
+    controller.uinit();
+    build(1, {{kUnknown, 1}});
+    root.debugLevel(-1);
+    camera.onDriver(kUnknown, IA_CMD_OPT_SET, [](int, void* p_pData) {
+        *static_cast<int*>(p_pData) += 1;
+        return IA_OK;
+    });
+    EXPECT_EQ(0, write({{kUnknown, 8}}));
+    EXPECT_EQ(9u, probe.valueIn(0, kUnknown));
 }
 
 // Every row without a handler is kept from here by the steps before; a row that one day is not must do no harm.
