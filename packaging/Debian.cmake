@@ -27,8 +27,12 @@ set(this_version "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 # DEPENDS names packages of this project, of this very version; those of the system are found by their libraries.
 macro(debian_package component)
   cmake_parse_arguments(deb "" "NAME;SECTION;MULTIARCH;SUMMARY;TEXT;RECOMMENDS;SUGGESTS" "DEPENDS" ${ARGN})
-  string(TOUPPER ${component} part)
-  list(APPEND CPACK_COMPONENTS_ALL ${component})
+  # A package is a group of two components, because its papers are no part of an installation without packages.
+  string(TOUPPER ${component} upper)
+  set(part ${upper}_PACKAGE)
+  list(APPEND CPACK_COMPONENTS_ALL ${component} ${component}_papers)
+  set(CPACK_COMPONENT_${upper}_GROUP ${component}_package)
+  set(CPACK_COMPONENT_${upper}_PAPERS_GROUP ${component}_package)
   list(TRANSFORM deb_DEPENDS APPEND " ${this_version}")
   list(JOIN deb_DEPENDS ", " CPACK_DEBIAN_${part}_PACKAGE_DEPENDS)
   set(CPACK_DEBIAN_${part}_PACKAGE_NAME ${deb_NAME})
@@ -42,13 +46,12 @@ macro(debian_package component)
   set(CPACK_DEBIAN_${part}_PACKAGE_SUGGESTS ${deb_SUGGESTS})
   set(CPACK_DEBIAN_${part}_DESCRIPTION "${deb_SUMMARY}\n${deb_TEXT}")
 
-  # A package's own papers; an installation without packages does without them.
   install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/debian/copyright ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz
                 ${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian.gz
-          DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${deb_NAME} COMPONENT ${component} EXCLUDE_FROM_ALL)
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${deb_NAME} COMPONENT ${component}_papers EXCLUDE_FROM_ALL)
   if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/${deb_NAME}.lintian-overrides)
     install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/debian/${deb_NAME}.lintian-overrides RENAME ${deb_NAME}
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT ${component} EXCLUDE_FROM_ALL)
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT ${component}_papers EXCLUDE_FROM_ALL)
   endif()
 endmacro()
 
