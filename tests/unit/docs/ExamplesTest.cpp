@@ -9,7 +9,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -179,6 +182,37 @@ TEST_F(Examples, SetLanguageDocuments) {
     //! [setLanguageDocuments]
     EXPECT_EQ("<language>Deutsch</language>", strGerman);
     EXPECT_EQ("<language>English</language>", strFirst);
+}
+
+// The bytes as od -A d -t x1 prints them, indented as on a page.
+std::string dumped(const std::string& p_strBytes) {
+    std::string strDump;
+    char szPart[40];
+    for (std::size_t i = 0; i < p_strBytes.size(); ++i) {
+        if (0 == i % 16) {
+            std::snprintf(szPart, sizeof(szPart), "%s    %07zu", 0 == i ? "" : "\n", i);
+            strDump += szPart;
+        }
+        std::snprintf(szPart, sizeof(szPart), " %02x",
+                      static_cast<unsigned>(static_cast<unsigned char>(p_strBytes[i])));
+        strDump += szPart;
+    }
+    std::snprintf(szPart, sizeof(szPart), "\n    %07zu\n", p_strBytes.size());
+    return strDump + szPart;
+}
+
+TEST_F(Examples, TheFilesOnThePageAreThoseThatTheLibraryWrites) {
+    build();
+    EXPECT_EQ(0, controller.setParameters("(8001,8)(8002,30)(8003,18)", true));
+    EXPECT_EQ(0, controller.setParameter(34, 60, true));
+    EXPECT_EQ(0, controller.flush());
+    std::ifstream page(FILE_FORMATS_PAGE);
+    const std::string strPage{std::istreambuf_iterator<char>(page), {}};
+    const std::string strFile = root.read("/mnt/mtd/code/config_file/sensor0.cfg");
+    EXPECT_THAT(strPage, HasSubstr(dumped(strFile.substr(0, 56))));
+    EXPECT_THAT(strPage, HasSubstr("The file has " + std::to_string(strFile.size()) +
+                                   " bytes: " + std::to_string(strFile.size() / 8) + " parameters."));
+    EXPECT_THAT(strPage, HasSubstr(dumped(root.read("/mnt/mtd/code/config_file/snsversion.cfg"))));
 }
 
 }  // namespace
