@@ -23,17 +23,21 @@ class Places {
 public:
     explicit Places(const std::vector<UsageWord>& p_vecWords) : m_vecWords(p_vecWords) { add(0); }
 
-    // Goes on behind a word. No place is left when the way cannot hold it.
+    // Goes on behind a word: one that is typed as it is means itself. No place is left when the way cannot hold it.
     void pass(const std::string& p_strWord) {
         const std::set<std::size_t> before = m_setPlaces;
         m_setPlaces.clear();
-        for (const std::size_t place : before) {
-            if (place >= m_vecWords.size() || !takes(m_vecWords[place], p_strWord)) {
-                continue;
+        for (const auto takes : {takesAsItIs, takesAsKind}) {
+            for (const std::size_t place : before) {
+                if (place < m_vecWords.size() && takes(m_vecWords[place], p_strWord)) {
+                    add(place + 1);
+                    if (m_vecWords[place].bRepeats) {
+                        add(place);
+                    }
+                }
             }
-            add(place + 1);
-            if (m_vecWords[place].bRepeats) {
-                add(place);
+            if (!m_setPlaces.empty()) {
+                return;
             }
         }
     }
@@ -49,14 +53,21 @@ public:
     }
 
 private:
-    static bool takes(const UsageWord& p_stWord, const std::string& p_strWord) {
-        return !p_stWord.vecKinds.empty() || isOneOf(p_strWord, p_stWord.vecLiterals);
+    static bool takesAsItIs(const UsageWord& p_stWord, const std::string& p_strWord) {
+        return isOneOf(p_strWord, p_stWord.vecLiterals);
+    }
+
+    static bool takesAsKind(const UsageWord& p_stWord, const std::string& p_strWord) {
+        return std::any_of(p_stWord.vecKinds.begin(), p_stWord.vecKinds.end(), [&](const std::string& p_strKind) {
+            // A list in parentheses, in quotes or not, is written as such.
+            return std::string::npos == p_strKind.find('(') || std::string::npos != p_strWord.find('(');
+        });
     }
 
     void add(std::size_t p_nPlace) {
         m_setPlaces.insert(p_nPlace);
-        if (p_nPlace < m_vecWords.size() && m_vecWords[p_nPlace].bOptional) {
-            add(p_nPlace + 1);
+        if (p_nPlace < m_vecWords.size() && 0 != m_vecWords[p_nPlace].nLeftOut) {
+            add(p_nPlace + m_vecWords[p_nPlace].nLeftOut);
         }
     }
 

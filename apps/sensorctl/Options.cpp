@@ -116,8 +116,9 @@ std::vector<OptionInfo> optionList() {
     std::vector<OptionInfo> list;
     for (const CLI::Option* option : description.app.get_options()) {
         for (const std::string& name : option->get_lnames()) {
-            const std::string value = 0 == option->get_expected_max() ? "" : option->get_type_name();
-            list.push_back({"--" + name, value, {}});
+            // Behind a colon stands what the value is checked for.
+            const std::string type = option->get_type_name();
+            list.push_back({"--" + name, 0 == option->get_expected_max() ? "" : type.substr(0, type.find(':')), {}});
             if ("library-output" == name) {
                 list.back().vecChoices = libraryTargets();
             }

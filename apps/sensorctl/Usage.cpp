@@ -17,14 +17,31 @@ bool hasCapital(const std::string& p_strText) {
                        [](char p_cLetter) { return 'A' <= p_cLetter && p_cLetter <= 'Z'; });
 }
 
-// Takes the brackets away; p_nDepth counts those that are open.
-std::string withoutBrackets(const std::string& p_strText, int& p_nDepth) {
+std::string withoutBrackets(const std::string& p_strText) {
     std::string rest;
     for (const char letter : p_strText) {
-        p_nDepth += '[' == letter ? 1 : (']' == letter ? -1 : 0);
         rest += '[' == letter || ']' == letter ? "" : std::string(1, letter);
     }
     return rest;
+}
+
+// Notes for the first word of each pair of brackets how many words are inside. Brackets that open within a word are part
+// of what it stands for.
+void markOptional(const std::vector<std::string>& p_vecTexts, std::vector<UsageWord>& p_vecWords) {
+    constexpr std::size_t kWithin = SIZE_MAX;
+    std::vector<std::size_t> open;
+    for (std::size_t i = 0; i < p_vecTexts.size(); ++i) {
+        for (std::size_t at = 0; at < p_vecTexts[i].size(); ++at) {
+            if ('[' == p_vecTexts[i][at]) {
+                open.push_back(0 == at ? i : kWithin);
+            } else if (']' == p_vecTexts[i][at] && !open.empty()) {
+                if (kWithin != open.back()) {
+                    p_vecWords[open.back()].nLeftOut = i - open.back() + 1;
+                }
+                open.pop_back();
+            }
+        }
+    }
 }
 
 void addAlternative(const std::string& p_strText, UsageWord& p_stWord) {
@@ -48,12 +65,11 @@ std::vector<std::string> waysOf(const Command& p_stCommand) {
 std::vector<UsageWord> wordsOfWay(const std::string& p_strWay) {
     std::istringstream stream(p_strWay);
     std::vector<std::string> texts{std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
+    texts.erase(texts.begin());
     std::vector<UsageWord> words;
-    int depth = 0;
-    for (std::size_t i = 1; i < texts.size(); ++i) {
+    for (const std::string& whole : texts) {
         UsageWord word;
-        word.bOptional = depth > 0 || '[' == texts[i].front();
-        std::string text = withoutBrackets(texts[i], depth);
+        std::string text = withoutBrackets(whole);
         const std::size_t dots = text.rfind(kRepetition);
         if (std::string::npos != dots && dots + kRepetition.size() == text.size()) {
             word.bRepeats = true;
@@ -65,6 +81,7 @@ std::vector<UsageWord> wordsOfWay(const std::string& p_strWay) {
         }
         words.push_back(word);
     }
+    markOptional(texts, words);
     return words;
 }
 

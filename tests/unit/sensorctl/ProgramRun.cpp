@@ -94,12 +94,14 @@ std::vector<nlohmann::json> ProgramResult::jsonLines(const std::string& p_strTyp
     return chosen;
 }
 
-namespace {
-
-// Becomes the program; only in a child process.
-[[noreturn]] void become(const std::vector<std::string>& p_vecArguments) {
+std::vector<std::string> programWords() {
     std::vector<std::string> words = listOf(SENSORCTL_EMULATOR);
     words.push_back(SENSORCTL_PROGRAM);
+    return words;
+}
+
+void becomeProgram(const std::vector<std::string>& p_vecArguments) {
+    std::vector<std::string> words = programWords();
     words.insert(words.end(), p_vecArguments.begin(), p_vecArguments.end());
     std::vector<char*> pointers;
     for (std::string& word : words) {
@@ -110,6 +112,8 @@ namespace {
     execvp(pointers[0], pointers.data());
     _exit(127);
 }
+
+namespace {
 
 int statusOf(int p_nWaited) {
     return WIFEXITED(p_nWaited) ? WEXITSTATUS(p_nWaited) : 128 + WTERMSIG(p_nWaited);
@@ -123,7 +127,7 @@ int start(const std::vector<std::string>& p_vecArguments, const std::string& p_s
         redirect(p_strInput, O_RDONLY, STDIN_FILENO);
         redirect(p_strOutput, O_WRONLY, STDOUT_FILENO);
         redirect(p_strErrors, O_WRONLY, STDERR_FILENO);
-        become(p_vecArguments);
+        becomeProgram(p_vecArguments);
     }
     int waited = 0;
     if (-1 == child || waitpid(child, &waited, 0) != child) {
@@ -145,7 +149,7 @@ StartedProgram::StartedProgram(const std::vector<std::string>& p_vecArguments) {
         dup2(input[0], STDIN_FILENO);
         dup2(output[1], STDOUT_FILENO);
         redirect("/dev/null", O_WRONLY, STDERR_FILENO);
-        become(p_vecArguments);
+        becomeProgram(p_vecArguments);
     }
     close(input[0]);
     close(output[1]);

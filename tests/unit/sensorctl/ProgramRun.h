@@ -28,6 +28,12 @@ struct ProgramResult {
     std::vector<nlohmann::json> jsonLines(const std::string& p_strType) const;
 };
 
+// Turns a child process into the program; CAMERA_ROOT is not set.
+[[noreturn]] void becomeProgram(const std::vector<std::string>& p_vecArguments);
+
+// The words that start the program: those of the emulator, if there is one, and its path.
+std::vector<std::string> programWords();
+
 // Runs the program with these arguments and this standard input. CAMERA_ROOT is not set.
 ProgramResult runProgram(const std::vector<std::string>& p_vecArguments, const std::string& p_strInput = "");
 
