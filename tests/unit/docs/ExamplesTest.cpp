@@ -10,13 +10,17 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
 
+using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -213,6 +217,50 @@ TEST_F(Examples, TheFilesOnThePageAreThoseThatTheLibraryWrites) {
     EXPECT_THAT(strPage, HasSubstr("The file has " + std::to_string(strFile.size()) +
                                    " bytes: " + std::to_string(strFile.size() / 8) + " parameters."));
     EXPECT_THAT(strPage, HasSubstr(dumped(root.read("/mnt/mtd/code/config_file/snsversion.cfg"))));
+}
+
+// The block of a page that begins with this comment, without the indentation of the page.
+std::string blockOf(const std::string& p_strPage, const std::string& p_strFirstLine) {
+    std::ifstream page(p_strPage);
+    std::string strBlock;
+    bool bInside = false;
+    for (std::string strLine; std::getline(page, strLine);) {
+        bInside = (bInside && !strLine.empty()) || strLine == "    " + p_strFirstLine;
+        strBlock += bInside ? strLine.substr(4) + "\n" : "";
+    }
+    return strBlock;
+}
+
+std::string idsIn(const std::string& p_strBytes) {
+    std::string strIds;
+    for (std::size_t i = 0; i + 8 <= p_strBytes.size(); i += 8) {
+        u32 nKey = 0;
+        std::memcpy(&nKey, p_strBytes.data() + i, sizeof(nKey));
+        strIds += (strIds.empty() ? "" : ", ") + std::to_string(nKey);
+    }
+    return strIds;
+}
+
+TEST_F(Examples, TheSmallDeviceOfTheStylePageIsWhatThePageSays) {
+    const std::string strFolder = "/hd1/moduleConfig/";
+    root.write(strFolder + "moduleConfig.xml", blockOf(STYLE_PAGE, "<!-- moduleConfig.xml -->"));
+    root.write(strFolder + "sensorConfig/style/Style.xml", blockOf(STYLE_PAGE, "<!-- Style.xml -->"));
+    root.write(strFolder + "sensorConfig/styleDiversity/StyleDiversity.xml",
+               blockOf(STYLE_PAGE, "<!-- StyleDiversity.xml -->"));
+    std::vector<ModuleConfigure> vecModules;
+    ASSERT_TRUE(ModuleConfigureParser::parse("/hd1/moduleConfig/moduleConfig.xml", "Small", "", vecModules));
+    ASSERT_EQ(1u, vecModules.size());
+    controller.setVideoStreamModule(&video);
+    ASSERT_TRUE(controller.init(vecModules.front()));
+    EXPECT_EQ("", root.errorLog());
+
+    const std::string strStyle = controller.getUIStyleFile();
+    EXPECT_THAT(strStyle, AllOf(HasSubstr("key=\"lens\""), HasSubstr("key=\"picture\"")));
+    EXPECT_THAT(strStyle, AllOf(Not(HasSubstr("index=\"5\"")), HasSubstr("index=\"7\""),
+                                ContainsRegex("id=\"49\"[^>]*value=\"7\"")));
+    EXPECT_THAT(strStyle, Not(HasSubstr("id=\"10\"")));
+    EXPECT_EQ("8000, 8001, 8002, 8003, 8004, 34, 49, 1571", idsIn(root.read("/mnt/mtd/code/config_file/sensor1.cfg")));
+    EXPECT_FALSE(root.exists("/mnt/mtd/code/config_file/sensor2.cfg"));
 }
 
 }  // namespace
