@@ -170,6 +170,27 @@ bool Driver::value(int p_nChannel, u32 p_nCommand, int& p_nValue) const {
     return nullptr != pChannel && IA_OK == pChannel->call(stMoment, p_nCommand, IA_CMD_OPT_GET, &p_nValue);
 }
 
+bool Driver::values(int p_nChannel, const std::vector<u32>& p_vecCommands, std::vector<int>& p_vecValues) const {
+    const std::lock_guard<std::mutex> guard(m_pState->mutex);
+    Moment stMoment;
+    Channel* const pChannel = m_pState->bringUp(p_nChannel, stMoment);
+    if (nullptr == pChannel) {
+        return false;
+    }
+    std::vector<int> vecValues;
+    for (const u32 nCommand : p_vecCommands) {
+        const CommandRow* const pRow = findCommand(nCommand);
+        if (nullptr == pRow || CommandKind::Record == pRow->kind) {
+            return false;
+        }
+        int nValue = pRow->powerUp;
+        pChannel->call(stMoment, nCommand, IA_CMD_OPT_GET, &nValue);
+        vecValues.push_back(nValue);
+    }
+    p_vecValues = vecValues;
+    return true;
+}
+
 bool Driver::range(int p_nChannel, u32 p_nCommand, ia_dynamic_params_attr_st& p_stRange) const {
     const std::lock_guard<std::mutex> guard(m_pState->mutex);
     Moment stMoment;

@@ -99,6 +99,20 @@ bool Scene::setAmbientTemperature(double p_dCelsius) {
                   [p_dCelsius](SceneState& p_stState) { p_stState.ambientCelsius = p_dCelsius; });
 }
 
+bool Scene::setFog(int p_nPercent) {
+    return change(p_nPercent >= 0 && p_nPercent <= 100,
+                  [p_nPercent](SceneState& p_stState) { p_stState.fogPercent = p_nPercent; });
+}
+
+bool Scene::setWind(int p_nPercent) {
+    return change(p_nPercent >= 0 && p_nPercent <= 100,
+                  [p_nPercent](SceneState& p_stState) { p_stState.windPercent = p_nPercent; });
+}
+
+void Scene::setCar(bool p_bDrives) {
+    change(true, [p_bDrives](SceneState& p_stState) { p_stState.car = p_bDrives; });
+}
+
 void Scene::onChange(std::function<void()> p_fnListener) {
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_fnListener = std::move(p_fnListener);

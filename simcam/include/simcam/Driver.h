@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace simcam {
 
@@ -102,6 +103,12 @@ public:
     /// @param[out] p_nValue  its value now
     /// @return false when the channel or command does not exist or has no 32-bit value
     bool value(int p_nChannel, u32 p_nCommand, int& p_nValue) const;
+    /// Reads several values of one moment without leaving a trace in transcript or faults.
+    /// @param p_nChannel        from 0
+    /// @param p_vecCommands     the commands
+    /// @param[out] p_vecValues  their values now, in the same order; the power-up value of a command without support
+    /// @return false, and nothing is written, when the channel or a command does not exist or has no 32-bit value
+    bool values(int p_nChannel, const std::vector<u32>& p_vecCommands, std::vector<int>& p_vecValues) const;
     /// Reads a range without leaving a trace in transcript or faults.
     /// @param p_nChannel      from 0
     /// @param p_nCommand      the command

@@ -34,6 +34,9 @@ struct SceneState {
     int clockShiftSeconds = 0;   ///< seconds: the scene's own time of day is the device time plus this; -86400 to 86400
     double subjectMetres = 5.0;  ///< metres: distance of what the lens should focus on, 0.01 to 100000
     double ambientCelsius = 20.0;  ///< degrees Celsius, -60 to 85
+    int fogPercent = 0;            ///< percent, 0 clear air to 100
+    int windPercent = 20;          ///< percent, 0 to 100: how much the camera's mast trembles
+    bool car = true;               ///< whether a car drives along the street
 
     /// The light at a moment.
     /// @param p_nDeviceSecondOfDay  second of the device's day, 0 to 86399
@@ -89,6 +92,18 @@ public:
     /// @param p_dCelsius  -60 to 85
     /// @return false outside the range
     bool setAmbientTemperature(double p_dCelsius);
+
+    /// Lets fog come or go.
+    /// @param p_nPercent  percent, 0 clear air to 100
+    /// @return false outside the range
+    bool setFog(int p_nPercent);
+    /// Lets the camera's mast tremble.
+    /// @param p_nPercent  percent, 0 to 100
+    /// @return false outside the range
+    bool setWind(int p_nPercent);
+    /// Lets a car drive along the street.
+    /// @param p_bDrives  whether it does
+    void setCar(bool p_bDrives);
 
     /// Names who is told of changes. One listener; the camera's driver uses it.
     /// @param p_fnListener  called after each change, on the thread that made it, without a lock
