@@ -4,7 +4,6 @@
 #include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Session.h"
 #include "apps/sensorctl/Text.h"
-#include "sensor/LanguageDocuments.h"
 
 #include <filesystem>
 #include <fstream>

@@ -22,7 +22,8 @@ const char kFooter[] =
     "Commands come from the arguments (several are separated by --), from --script, or from standard input,\n"
     "one per line. `sensorctl --root DIR help` lists them.\n"
     "\n"
-    "Exit status: 0 all commands succeeded, 1 a command failed, 2 wrong use, 3 standard output was lost,\n"
+    "Exit status: 0 all commands succeeded, 1 a command failed, 2 wrong use, 3 standard output or the record was "
+    "lost,\n"
     "128 plus the signal when one ended the session.";
 
 // CLI11 takes what follows the first word that is no option as it is; an unknown option counts as such a word.

@@ -14,7 +14,7 @@ namespace sensorctl {
 constexpr int kAllOk = 0;          // every command did what it should
 constexpr int kCommandFailed = 1;  // at least one did not
 constexpr int kUsage = 2;          // wrong options, no device root, no such script: nothing was run
-constexpr int kOutputLost = 3;     // standard output could not be written
+constexpr int kOutputLost = 3;     // standard output, or the record of the session, could not be written
 constexpr int kInterrupted = 128;  // plus the signal: the session was ended from outside
 
 struct Options {

@@ -53,6 +53,19 @@ int statusOf(std::size_t p_nFailed) {
     return 0 == p_nFailed ? kAllOk : kCommandFailed;
 }
 
+// False when the record is not whole.
+bool endRecording(Interpreter& p_objInterpreter) {
+    try {
+        if (p_objInterpreter.recorder().isRecording()) {
+            p_objInterpreter.recorder().end();
+        }
+        return true;
+    } catch (const CommandError& error) {
+        std::cerr << std::string("sensorctl: ") + error.what() + "\n";
+        return false;
+    }
+}
+
 int run(const Options& p_stOptions, simcam::Camera& p_objCamera, const LineSourceOf& p_fnLines) {
     const LibraryOutput libraryOutput(p_stOptions.eLibraryOutput);
     Output output(libraryOutput.resultDescriptor(), p_stOptions.bJson ? Output::Form::jsonLines : Output::Form::text);
@@ -66,11 +79,8 @@ int run(const Options& p_stOptions, simcam::Camera& p_objCamera, const LineSourc
     }
     const std::unique_ptr<LineSource> lines = p_fnLines(session, interpreter);
     const std::size_t failed = interpreter.run(*lines);
-    const int status = statusOf(failed);
+    const int status = endRecording(interpreter) ? statusOf(failed) : kOutputLost;
     output.summary(interpreter.commands(), failed, status);
-    if (interpreter.recorder().isRecording()) {
-        interpreter.recorder().end();
-    }
     if (!output.isWhole()) {
         std::cerr << "sensorctl: standard output cannot be written\n";
         return kOutputLost;

@@ -15,7 +15,7 @@ namespace sensorctl {
 struct UsageWord {
     std::vector<std::string> vecLiterals;  // typed as they are
     std::vector<std::string> vecKinds;     // what else it may stand for, for instance "KEY"
-    std::size_t nLeftOut = 0;  // how many words from here on may be left out together
+    std::size_t nLeftOut = 0;              // how many words from here on may be left out together
     bool bRepeats = false;
 };
 

@@ -95,7 +95,7 @@ TEST(ProgramList, FiltersMeetAllAtOnce) {
 TEST(ProgramList, TheTableMarksWhatIsChangedAndCountsWhatIsShown) {
     const DeviceTree tree;
     const ProgramResult run = runScript(tree, "init\nset brightness 60\nlist tab image\nlist gamma\n");
-    EXPECT_THAT(run.strOutput, HasSubstr("  34  KEY_BRIGHTNESS    60*       50  %         image  0..100\n"));
+    EXPECT_THAT(run.strOutput, HasSubstr("  34  KEY_BRIGHTNESS     60*       50  %         image  0..100\n"));
     EXPECT_THAT(run.strOutput, HasSubstr("9 of 96 parameters\n"));
     EXPECT_THAT(run.strOutput, HasSubstr("0=Standard 1=Soft 2=Steep 3=Bright shadows 4=Even\n1 of 96 parameters\n"));
 }

@@ -2,6 +2,9 @@
 #include "tests/unit/sensorctl/ProgramRun.h"
 
 #include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
 
 namespace {
 
@@ -121,6 +124,25 @@ TEST(ProgramRecord, AFileThatCannotBeMadeIsRefusedBeforeAnythingRuns) {
     EXPECT_THAT(run.strErrors, HasSubstr("is there already; record into a new file"));
     EXPECT_EQ(tree.read("/there.txt"), "mine");
     EXPECT_EQ(runScript(tree, "echo on\n", {"--record", tree.path() + "/no/folder.txt"}).nStatus, 2);
+}
+
+TEST(ProgramRecord, ARecordThatIsNotWholeIsALostOutput) {
+    const DeviceTree tree;
+    std::string lines;
+    for (int i = 0; i < 100; ++i) {
+        lines += "echo a line that fills the medium on which the session is recorded\n";
+    }
+    tree.write("/long.txt", lines);
+    std::string command = "trap '' XFSZ; ulimit -f 4; exec";  // blocks
+    for (const std::string& word : programWords()) {
+        command += " '" + word + "'";
+    }
+    command += " --root '" + tree.path() + "' --record '" + tree.path() + "/session.txt' <'" + tree.path() +
+               "/long.txt' >/dev/null 2>&1";
+    const int waited = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(waited));
+    EXPECT_EQ(WEXITSTATUS(waited), 3);
+    EXPECT_GT(tree.read("/session.txt").size(), 1000u);
 }
 
 }  // namespace

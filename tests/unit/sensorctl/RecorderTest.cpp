@@ -1,6 +1,7 @@
 #include "apps/sensorctl/Recorder.h"
 
 #include "apps/sensorctl/CommandError.h"
+#include "tests/support/FullMedium.h"
 #include "tests/support/TestRoot.h"
 
 #include <gmock/gmock.h>
@@ -74,6 +75,21 @@ TEST(Recorder, OneRecordingGoesOnAtATime) {
     EXPECT_FALSE(recorder.isRecording());
     recorder.took("late", true, 0, 0);
     EXPECT_EQ(commandsIn(folder), "scene clock \"2024-05-01 12:00:00\"\n");
+}
+
+TEST(Recorder, ARecordThatIsNotWholeIsReported) {
+    const TestRoot folder;
+    Recorder recorder;
+    recorder.begin(folder.path() + "/script", kStart);
+    {
+        const FullMedium full(folder.read("/script").size() + 6);
+        recorder.took("init", true, 0, 0);
+        recorder.took("set brightness 60", true, 0, 0);
+    }
+    recorder.took("quit", true, 0, 0);  // nothing follows what was lost
+    EXPECT_THROW(recorder.end(), CommandError);
+    EXPECT_FALSE(recorder.isRecording());
+    EXPECT_THAT(folder.read("/script"), testing::EndsWith("\ninit\ns"));
 }
 
 }  // namespace
