@@ -62,6 +62,9 @@ TEST(KeyNames, ANumberWithoutANameIsAKeyToo) {
     EXPECT_EQ(nameOfKey(201), "");
     EXPECT_EQ(describeKey(201), "key 201");
     EXPECT_EQ(describeKey(34), "KEY_BRIGHTNESS (34)");
+    EXPECT_EQ(shortNameOfKey(34), "brightness");
+    EXPECT_EQ(shortNameOfKey(8231), "shutter_reset");
+    EXPECT_EQ(shortNameOfKey(201), "");
 }
 
 std::string refusalOf(const std::string& p_strWord) {

@@ -55,6 +55,30 @@ TEST(Options, EachOptionReachesItsField) {
     EXPECT_EQ(parse({"--library-output=stdout"}).options->eLibraryOutput, LibraryOutput::Target::standardOutput);
 }
 
+TEST(Options, ASessionCanBeRecordedWhereverItsCommandsComeFrom) {
+    EXPECT_EQ(parse({}).options->strRecord, "");
+    EXPECT_EQ(parse({"--record", "r.txt", "init"}).options->strRecord, "r.txt");
+    EXPECT_EQ(parse({"--record", "r.txt", "--script", "s.txt"}).options->strRecord, "r.txt");
+}
+
+TEST(Options, TheListSaysWhatStandsBehindEach) {
+    const auto valueOf = [](const std::string& p_strName) {
+        for (const OptionInfo& option : optionList()) {
+            if (option.strName == p_strName) {
+                return option.strValue;
+            }
+        }
+        return std::string("missing");
+    };
+    EXPECT_EQ(valueOf("--root"), "DIR");
+    EXPECT_EQ(valueOf("--channel"), "N");
+    EXPECT_EQ(valueOf("--json"), "");
+    EXPECT_EQ(valueOf("--help"), "");
+    EXPECT_EQ(valueOf("--version"), "");
+    EXPECT_EQ(optionList().back().strName, "--library-output");
+    EXPECT_THAT(optionList().back().vecChoices, ElementsAre("stdout", "stderr", "none"));
+}
+
 TEST(Options, CommandsBeginAtTheFirstWordThatIsNoOption) {
     const ParsedOptions parsed = parse({"--json", "set", "34", "-5", "--", "scheme", "--trace"});
     ASSERT_TRUE(parsed.options) << parsed.strText;

@@ -1,6 +1,6 @@
 #include "apps/sensorctl/Text.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace sensorctl {
 namespace {
@@ -20,6 +20,19 @@ TEST(Text, JoinPutsTheSeparatorBetweenThePieces) {
     EXPECT_EQ(join({"a"}, ", "), "a");
     EXPECT_EQ(join({"a", "", "b"}, ", "), "a, , b");
     EXPECT_EQ(join({"x", "x"}, "-"), "x-x");
+}
+
+TEST(Text, LinesComeWithoutTheirNewlines) {
+    EXPECT_THAT(linesOf(""), testing::IsEmpty());
+    EXPECT_THAT(linesOf("a\n\nb"), testing::ElementsAre("a", "", "b"));
+    EXPECT_THAT(linesOf("a\n"), testing::ElementsAre("a"));
+}
+
+TEST(Text, WrappedLinesHoldWholeWordsUpToTheWidth) {
+    EXPECT_THAT(wrapped("one two three", 7), testing::ElementsAre("one two", "three"));
+    EXPECT_THAT(wrapped("one two three", 6), testing::ElementsAre("one", "two", "three"));
+    EXPECT_THAT(wrapped("  a   verylongword b ", 4), testing::ElementsAre("a", "verylongword", "b"));
+    EXPECT_THAT(wrapped("", 4), testing::IsEmpty());
 }
 
 TEST(Text, QuotedTextCannotDriveATerminalAndIsCut) {
