@@ -282,8 +282,8 @@ TEST_F(Rollback, AControllerThatLosesItsSetsMeanwhileRefuses) {
     applyNoScheme();
 }
 
-// The other thread sleeps only once it waits for the lock; on a machine that never says so, it looks at the scheme later,
-// and the result is the same.
+// The other thread sleeps only once it waits for the lock; on a machine that never says so, it looks at the scheme
+// later, and the result is the same.
 TEST_F(Rollback, ASwitchToTheFactorySchemeWhileItWaitsForTheLockLeavesNothingToGoBackTo) {
     stored(0, with(records(), KEY_BRIGHTNESS, 60));
     stored(kFactory, with(records(), KEY_BRIGHTNESS, 61));
