@@ -51,6 +51,12 @@ WhiteBalance whiteBalanceOf(const PictureParameters& p_st, const Metering& p_stM
     }
 }
 
+void balance(int* p_pRow, int p_nWidth, int p_nGain) {
+    for (int x = 0; x < p_nWidth; ++x) {
+        p_pRow[x] = std::min(scaled(p_pRow[x], p_nGain), kBrightest);
+    }
+}
+
 Finish::Finish(const PictureParameters& p_st)
     : m_nContrast(128 + p_st.contrast * 256 / 100),
       m_nBrightness((p_st.brightness - 50) * kBright * 8 / 5),

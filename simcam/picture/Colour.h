@@ -18,6 +18,9 @@ constexpr WhiteBalance kDaylight = {4096, 4096, 4096};
 WhiteBalance whiteBalanceOf(const PictureParameters& p_stParameters, const Metering& p_stMetering,
                             const WhiteBalance& p_arrLocked);
 
+// A row of exposed light of one colour.
+void balance(int* p_pRow, int p_nWidth, int p_nGain);
+
 // A pixel as brightness and two differences of colour, as Tone has them (4080 is 255).
 struct Shade {
     std::int16_t light;

@@ -66,7 +66,8 @@ bool isBacklit(int p_nArea, int p_nX, int p_nY) {
 int weightOf(const PictureParameters& p_st, int p_nX, int p_nY) {
     int nWeight = 100 * meteringWeight(p_st.meteringArea, p_nX, p_nY);
     if (0 != p_st.backlight) {
-        nWeight = isBacklit(p_st.backlightArea, p_nX, p_nY) ? 800 : nWeight * (101 - p_st.backlightStrength) / 100;
+        // At full strength, the area alone.
+        nWeight = isBacklit(p_st.backlightArea, p_nX, p_nY) ? nWeight : nWeight * (100 - p_st.backlightStrength) / 100;
     }
     return nWeight;
 }
@@ -106,6 +107,53 @@ int meanOf(const std::vector<Sample>& p_vecSamples, int p_nLimit) {
     return static_cast<int>(nSum / nWeights);
 }
 
+// The mean colour of what may be grey in an unknown light: what is not too bright and not too colourful. When there is too
+// little of that, of everything.
+std::array<int, kColours> greyOf(const std::vector<Sample>& p_vecSamples, int p_nLimit) {
+    constexpr int kMostColour = 2;  // the brightest colour, in multiples of the darkest
+    constexpr std::size_t kEnough = 40;
+    struct Sum {
+        std::array<std::int64_t, kColours> colour{};
+        std::size_t count = 0;
+        void add(const Pixel& p_arrPixel) {
+            ++count;
+            for (std::size_t i = 0; i < kColours; ++i) {
+                colour[i] += p_arrPixel[i];
+            }
+        }
+    };
+    Sum stGreyish;
+    Sum stAll;
+    for (const Sample& stSample : p_vecSamples) {
+        const auto ends = std::minmax_element(stSample.colour.begin(), stSample.colour.end());
+        if (stSample.light <= p_nLimit) {
+            stAll.add(stSample.colour);
+        }
+        if (stSample.light <= p_nLimit && *ends.second <= kMostColour * *ends.first) {
+            stGreyish.add(stSample.colour);
+        }
+    }
+    const Sum& stSum = stGreyish.count >= kEnough ? stGreyish : stAll;
+    std::array<int, kColours> arrMean{};
+    for (std::size_t i = 0; i < kColours; ++i) {
+        arrMean[i] =
+            static_cast<int>(stSum.colour[i] / static_cast<std::int64_t>(std::max<std::size_t>(1, stSum.count)));
+    }
+    return arrMean;
+}
+
+void measureDarkest(const std::vector<Sample>& p_vecSamples, Metering& p_stMetering) {
+    for (auto& arrRow : p_stMetering.darkest) {
+        arrRow.fill(kBrightest);
+    }
+    for (std::size_t i = 0; i < p_vecSamples.size(); ++i) {
+        const std::size_t nX = i % kAcross * kRegionsAcross / kAcross;
+        const std::size_t nY = i / kAcross * kRegionsDown / kDown;
+        int& nDarkest = p_stMetering.darkest[nY][nX];
+        nDarkest = std::min(nDarkest, p_vecSamples[i].light);
+    }
+}
+
 int irisLog(int p_nPosition) {
     return logOf(p_nPosition) - logOf(kIrisOpen);
 }
@@ -126,27 +174,12 @@ Metering meter(const Window& p_stWindow, const Light& p_stLight, const PicturePa
     Metering stMetering;
     stMetering.sensitivity = kOneBits * kLogOne + 2 * kLogOne - logOf(brightestOf(p_stLight));
     const ExposedLight objLight(p_stLight, stMetering.sensitivity);
-    std::vector<Sample> vecSamples = samplesOf(p_stWindow, objLight, p_stParameters);
+    const std::vector<Sample> vecSamples = samplesOf(p_stWindow, objLight, p_stParameters);
     const int nRough = meanOf(vecSamples, kBrightest / 8);
     // With highlight compensation, lights do not make the rest of the picture dark.
     stMetering.mean = std::max(1, meanOf(vecSamples, 0 != p_stParameters.highlight ? nRough : kHighlight * nRough));
-    std::array<std::int64_t, kColours> arrSum{};
-    std::int64_t nCount = 1;
-    for (const Sample& stSample : vecSamples) {
-        if (stSample.light <= kHighlight * nRough) {
-            ++nCount;
-            for (std::size_t i = 0; i < kColours; ++i) {
-                arrSum[i] += stSample.colour[i];
-            }
-        }
-    }
-    for (std::size_t i = 0; i < kColours; ++i) {
-        stMetering.colour[i] = static_cast<int>(arrSum[i] / nCount);
-    }
-    const auto darkest = vecSamples.begin() + static_cast<std::ptrdiff_t>(vecSamples.size() / 20);
-    std::nth_element(vecSamples.begin(), darkest, vecSamples.end(),
-                     [](const Sample& p_stOne, const Sample& p_stOther) { return p_stOne.light < p_stOther.light; });
-    stMetering.darkest = darkest->light;
+    stMetering.colour = greyOf(vecSamples, kHighlight * nRough);
+    measureDarkest(vecSamples, stMetering);
     return stMetering;
 }
 

@@ -15,12 +15,16 @@ struct Window {
     int height = 0;
 };
 
+// Regions of the picture whose darkest places are measured.
+constexpr int kRegionsAcross = 8;
+constexpr int kRegionsDown = 6;
+
 // What the sensor measures, for a sensitivity at which nothing is too bright.
 struct Metering {
     Sensitivity sensitivity = 0;
-    int mean = 0;                        // weighted by the areas; 4096 is white
-    std::array<int, kColours> colour{};  // means of the colours
-    int darkest = 0;                     // the twentieth part of the picture is darker
+    int mean = 0;                                                         // weighted by the areas; 4096 is white
+    std::array<int, kColours> colour{};                                   // means of the colours
+    std::array<std::array<int, kRegionsAcross>, kRegionsDown> darkest{};  // of each region
 };
 Metering meter(const Window& p_stWindow, const Light& p_stLight, const PictureParameters& p_stParameters);
 

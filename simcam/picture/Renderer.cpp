@@ -6,6 +6,7 @@
 #include "simcam/picture/Exposure.h"
 #include "simcam/picture/FixedPoint.h"
 #include "simcam/picture/Geometry.h"
+#include "simcam/picture/Haze.h"
 #include "simcam/picture/Noise.h"
 #include "simcam/picture/Parameters.h"
 #include "simcam/picture/Street.h"
@@ -64,7 +65,7 @@ struct PictureRenderer::State {
                 const std::array<std::uint8_t, kDistances>& p_arrRadii, const std::vector<int>& p_vecPlaces,
                 int p_nPlanes);
     void blur(int p_nPlanes);
-    void develop(const WhiteBalance& p_arrBalance, bool p_bColour);
+    void develop(bool p_bColour);
     void drawWarmth(const PictureParameters& p_st, const Window& p_stWindow);
 
     const int width;
@@ -191,7 +192,7 @@ void PictureRenderer::State::blur(int p_nPlanes) {
     }
 }
 
-void PictureRenderer::State::develop(const WhiteBalance& p_arrBalance, bool p_bColour) {
+void PictureRenderer::State::develop(bool p_bColour) {
     light.resize(pixels());
     blue.assign(pixels(), 0);
     red.assign(pixels(), 0);
@@ -200,8 +201,7 @@ void PictureRenderer::State::develop(const WhiteBalance& p_arrBalance, bool p_bC
             light[i] = static_cast<std::int16_t>(tone.of(planes[0][i]));
             continue;
         }
-        const Shade stShade = shadeOf(tone.of(scaled(planes[0][i], p_arrBalance[0])), tone.of(planes[1][i]),
-                                      tone.of(scaled(planes[2][i], p_arrBalance[2])));
+        const Shade stShade = shadeOf(tone.of(planes[0][i]), tone.of(planes[1][i]), tone.of(planes[2][i]));
         light[i] = stShade.light;
         blue[i] = stShade.blue;
         red[i] = stShade.red;
@@ -220,19 +220,23 @@ void PictureRenderer::State::drawLight(const PictureParameters& p_st, const Wind
     blur(nPlanes);
 
     const Noise objNoise(p_st, stExposure.gain, nFrames);
+    const Haze objHaze(p_st, stMetering, stExposure);
+    lockedBalance = whiteBalanceOf(p_st, stMetering, lockedBalance);
     for (int i = 0; i < nPlanes; ++i) {
+        const auto nPlane = static_cast<std::size_t>(i);
         for (int y = 0; y < height; ++y) {
-            objNoise.addTo(&planes[static_cast<std::size_t>(i)][at(0, y)], width, y, i);
+            int* const pRow = &planes[nPlane][at(0, y)];
+            objNoise.addTo(pRow, width, y, i);
+            if (stLight.colour) {
+                balance(pRow, width, lockedBalance[nPlane]);
+            }
+            if (!objHaze.isClear()) {
+                objHaze.takeFrom(pRow, width, y, height);
+            }
         }
     }
-
-    const std::int64_t nDarkest =
-        exp2Of(std::clamp(stExposure.sensitivity - stMetering.sensitivity, -20 * kLogOne, 20 * kLogOne)) *
-        stMetering.darkest / kOne;
-    tone.prepare(p_st, static_cast<int>(std::min<std::int64_t>(nDarkest, kOne)));
-    const WhiteBalance arrBalance = whiteBalanceOf(p_st, stMetering, lockedBalance);
-    lockedBalance = arrBalance;
-    develop(arrBalance, stLight.colour);
+    tone.prepare(p_st);
+    develop(stLight.colour);
 
     const int nSmoothing = smoothing(p_st, stExposure.gain);
     if (nSmoothing > 0) {

@@ -56,12 +56,12 @@ WarmthRange warmthOf(const Window& p_stWindow) {
 
 ThermalTone::ThermalTone(const WarmthRange& p_stRange, const PictureParameters& p_st)
     : m_stRange(p_stRange),
-      m_nContrast(64 + p_st.thermalContrast * 256 / 100),
+      m_nContrast(128 + p_st.thermalContrast * 256 / 100),
       m_nBrightness((p_st.thermalBrightness - 50) * kBright * 8 / 5) {}
 
 int ThermalTone::of(int p_nWarmth) const {
     constexpr int kMiddle = kWhite / 2;
-    const int nLevel = (p_nWarmth - m_stRange.low) * kWhite / (m_stRange.high - m_stRange.low);
+    const int nLevel = std::clamp((p_nWarmth - m_stRange.low) * kWhite / (m_stRange.high - m_stRange.low), 0, kWhite);
     return std::clamp(kMiddle + (nLevel - kMiddle) * m_nContrast / 256 + m_nBrightness, 0, kWhite);
 }
 

@@ -8,12 +8,7 @@ namespace simcam::picture {
 namespace {
 
 constexpr int kGammas[] = {1862, 2275, 2700, 1638, 1463};  // 1/4096: 1/2.2, 1/1.8, 1/1.5, 1/2.5, 1/2.8
-constexpr int kRangeDoublings = 4;                         // that wide dynamic range adds at full strength
-
-int withoutFog(int p_nLight, int p_nDark) {
-    const std::int64_t nLight = std::max(0, p_nLight - p_nDark);
-    return static_cast<int>(std::min<std::int64_t>(nLight * kOne / (kOne - p_nDark), 65535));
-}
+constexpr int kRangeDoublings = 3;                         // that wide dynamic range adds at full strength
 
 // Presses what is bright together, and masks what is brighter than white the more, the brighter it is.
 int withoutHighlights(int p_nLight, int p_nPercent) {
@@ -38,7 +33,7 @@ int withWideRange(int p_nLight, int p_nPercent) {
     if (0 == p_nPercent) {
         return std::min(p_nLight, kOne);
     }
-    constexpr std::int64_t kMiddle = 162000;  // -log2 of the light of the middle, 0.18
+    constexpr std::int64_t kMiddle = 104800;  // -log2 of the light of the middle, 0.33
     const int nDoublings = kRangeDoublings * kLogOne * p_nPercent / 100;
     const int nMost = static_cast<int>(exp2Of(nDoublings));
     const auto nPower = static_cast<int>(kOne * kMiddle / (kMiddle + nDoublings));
@@ -49,23 +44,18 @@ int withWideRange(int p_nLight, int p_nPercent) {
 }  // namespace
 
 int Tone::toned(int p_nLight, const Setting& p_stSetting) {
-    const int nClear = withoutFog(p_nLight, p_stSetting.dark);
-    const int nCalm = withoutHighlights(nClear, p_stSetting.highlight);
+    const int nCalm = withoutHighlights(p_nLight, p_stSetting.highlight);
     const int nFitting = withWideRange(nCalm, p_stSetting.range);
     return std::min(kWhite, powerOf(nFitting, kGammas[p_stSetting.gamma]) * kWhite / kOne);
 }
 
-void Tone::prepare(const PictureParameters& p_st, int p_nDarkest) {
-    constexpr int kMostDark = kOne * 7 / 10;
+void Tone::prepare(const PictureParameters& p_st) {
     Setting stSetting = {};
-    stSetting.dark = 0 != p_st.defog
-                         ? static_cast<int>(std::int64_t{std::min(p_nDarkest, kMostDark)} * p_st.defogStrength / 100)
-                         : 0;
     stSetting.highlight = 0 != p_st.highlight ? p_st.highlightStrength : 0;
     stSetting.range = 0 != p_st.wideDynamicRange ? p_st.wideDynamicRangeStrength : 0;
     stSetting.gamma = p_st.gamma;
-    if (stSetting.dark == m_stSetting.dark && stSetting.highlight == m_stSetting.highlight &&
-        stSetting.range == m_stSetting.range && stSetting.gamma == m_stSetting.gamma) {
+    if (stSetting.highlight == m_stSetting.highlight && stSetting.range == m_stSetting.range &&
+        stSetting.gamma == m_stSetting.gamma) {
         return;
     }
     m_stSetting = stSetting;

@@ -1,4 +1,4 @@
-// From exposed light to the brightness of the picture: defog, highlights, wide dynamic range, gamma.
+// From exposed light to the brightness of the picture: highlights, wide dynamic range, gamma.
 #pragma once
 
 #include "simcam/PictureParameters.h"
@@ -16,8 +16,7 @@ constexpr int kWhite = 255 * kBright;
 // A table, rebuilt when what it depends on has changed.
 class Tone {
 public:
-    // The darkest is the exposed light of the picture's dark places: what is above nothing there is fog.
-    void prepare(const PictureParameters& p_stParameters, int p_nDarkest);
+    void prepare(const PictureParameters& p_stParameters);
 
     // For light from 0; brighter than the sensor can hold counts as that.
     int of(int p_nLight) const {
@@ -31,14 +30,13 @@ private:
     static constexpr int kSize = kFine + ((65536 - kFine) >> kCoarseShift);
 
     struct Setting {
-        int dark;
         int highlight;
         int range;
         int gamma;
     };
     static int toned(int p_nLight, const Setting& p_stSetting);
 
-    Setting m_stSetting = {-1, -1, -1, -1};
+    Setting m_stSetting = {-1, -1, -1};
     std::vector<std::int16_t> m_vecTable;
 };
 
