@@ -306,10 +306,10 @@ public:
     /// @blocks files
     int flush();
 
-    /// Whether the current scheme's window can be stored. Values that another thread changes meanwhile may be old or
-    /// new.
-    /// @return 0; 505 when it starts and 506 when it ends later than 24:00, 507 when it does not start before it ends
-    /// @lock none
+    /// Whether the current scheme's window can be stored. Values that a switch changes meanwhile may be old or new.
+    /// @return 0, also when no scheme is applied and on a controller that is not initialised; 505 when the window starts
+    ///         and 506 when it ends later than 24:00, 507 when it does not start before it ends
+    /// @lock mutex
     int paramCheck();
 
     /// Sends one value of the current scheme to the driver again, changed or not.

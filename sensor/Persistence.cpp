@@ -28,6 +28,7 @@ bool ISensorController::isUserScheme(u32 p_nScheme) const {
 }
 
 int ISensorController::paramCheck() {
+    const QVMutexManager guard(&m_objMutex, kSourceFile, __LINE__);
     return checkWindow(m_nCurScheme);
 }
 

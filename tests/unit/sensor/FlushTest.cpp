@@ -128,6 +128,20 @@ TEST_F(Flush, OnlyASchemeWhoseWindowHoldsIsStored) {
     expectFree();
 }
 
+TEST_F(Flush, MeantAWindowMayEndAtMidnightAsTwentyFour) {
+    window(0, {23, 59, 24, 0});
+    EXPECT_EQ(0, controller.paramCheck());
+    EXPECT_EQ(0, controller.flush());
+    EXPECT_EQ(setAsFile(0), root.read(parameterFile(0)));
+}
+
+TEST_F(Flush, MeantMinutesAreNotCheckedByThemselves) {
+    window(0, {8, 75, 8, 76});
+    EXPECT_EQ(0, controller.paramCheck());
+    EXPECT_EQ(0, controller.flush());
+    EXPECT_EQ(setAsFile(0), root.read(parameterFile(0)));
+}
+
 TEST_F(Flush, AWindowThatIsRejectedStaysInMemoryAndTheFileKeepsTheLastThatHeld) {
     EXPECT_EQ(0, controller.flush());
     EXPECT_EQ(0, set(KEY_SCHEME_END_HOUR, 25));
@@ -139,7 +153,7 @@ TEST_F(Flush, AWindowThatIsRejectedStaysInMemoryAndTheFileKeepsTheLastThatHeld) 
     EXPECT_EQ(fileOf(with(records(), KEY_SCHEME_END_HOUR, 23)), root.read(parameterFile(0)));
 }
 
-TEST_F(Flush, TheWindowCountsWhateverSwitchingFollows) {
+TEST_F(Flush, MeantTheWindowCountsWhateverSwitchingFollows) {
     window(0, {0, 0, 0, 0});
     for (const u32 nMode : {0u, 1u, 2u, 7u}) {
         cached(0, KEY_SCHEME_MODE, nMode);
@@ -276,15 +290,22 @@ TEST_F(Flush, AControllerThatIsNotInitialisedRefusesAndStoresNothing) {
 
 // --- The lock ---
 
-TEST_F(Flush, StoringWaitsForTheLockAndCheckingDoesNot) {
+// Checking does too: a reset of another thread releases the sets.
+TEST_F(Flush, StoringAndCheckingWaitForTheLock) {
     EXPECT_DEATH(
         {
             const QVMutexManager guard(&probe.mutex(), "the test", 7);
             controller.flush();
         },
         kLockedTwice);
-    const QVMutexManager guard(&probe.mutex(), "the test", 7);
+    EXPECT_DEATH(
+        {
+            const QVMutexManager guard(&probe.mutex(), "the test", 7);
+            controller.paramCheck();
+        },
+        kLockedTwice);
     EXPECT_EQ(0, controller.paramCheck());
+    expectFree();
 }
 
 // --- The mirror ---
@@ -324,6 +345,16 @@ TEST_F(MirrorMode, ADirectionThatFailsIsFalseAndStoresNothing) {
     EXPECT_FALSE(setMirror(1));
     EXPECT_THAT(files(), IsEmpty());
     EXPECT_EQ(0u, probe.valueIn(0, KEY_MIRROR));
+}
+
+// There the walk does not look at what the mirror's handler gives back.
+TEST_F(MirrorMode, OnTheSecondChannelADirectionThatFailsIsStoredAllTheSame) {
+    controller.setChannelID(2);
+    camera.driverFails(KEY_MIRROR, IA_CMD_OPT_SET, -3);
+    EXPECT_TRUE(setMirror(1));
+    EXPECT_THAT(camera.transcript(), ElementsAre("video ch2 2384 = 1", "ia ch1 set 2384 = 1 failed -3"));
+    EXPECT_THAT(files(), ElementsAre("sensor-thermal0"));
+    EXPECT_EQ(fileOf(mirrorRecords(1)), root.read(parameterFile(0, "sensor-thermal")));
 }
 
 TEST_F(MirrorMode, ASchemeThatCannotBeStoredDoesNotCount) {
