@@ -8,6 +8,7 @@
 #include "sensor/diag/Message.h"
 #include "sensor/style/DynamicStyle.h"
 #include "sensor/style/StyleDocument.h"
+#include "sensor/style/StyleMerge.h"
 #include "technic/QVMutex.h"
 
 #include <cstdlib>
@@ -162,7 +163,7 @@ int ISensorController::getParameters(const std::string& p_strIds, std::string& o
 // The style's own value of the maximum shutter, from the document that the style merge left.
 bool ISensorController::isShutterDriverGoverned() const {
     TiXmlDocument objStyleXmlDoc;
-    const std::string strFileName = "/tmp/merge_style_ch" + std::to_string(u32{m_nCameraID}) + ".xml";
+    const std::string strFileName = mergedStyleFile(static_cast<int>(u32{m_nCameraID}));
     const bool bLoaded = SENSOR_ASSERT_OF(kGetAll, style::loadFile(objStyleXmlDoc, strFileName),
                                           "objStyleXmlDoc.LoadFile(filename, TIXML_ENCODING_UTF8)");
     // What was parsed of a broken document does not count.

@@ -65,7 +65,7 @@ void applyVariant(TiXmlDocument& doc_style, const TiXmlElement& p_objVariant) {
 
 // Writes the document to the channel's file and reads it back in place of the text.
 void writeBack(TiXmlDocument& doc_style, int p_nChannelID, char** ui_style) {
-    const std::string strFileName = "/tmp/merge_style_ch" + std::to_string(p_nChannelID) + ".xml";
+    const std::string strFileName = mergedStyleFile(p_nChannelID);
     doc_style.SaveFile(platform::devicePath(strFileName));
     SENSOR_INFO_OF(kMerge, "%s\n", style::xmlString(doc_style).c_str());
 
@@ -82,6 +82,10 @@ void writeBack(TiXmlDocument& doc_style, int p_nChannelID, char** ui_style) {
 }
 
 }  // namespace
+
+std::string mergedStyleFile(int p_nChannelID) {
+    return "/tmp/merge_style_ch" + std::to_string(p_nChannelID) + ".xml";
+}
 
 int mergeStyle(int p_nChannelID, ModuleConfig* p_pModuleConfig, char** ui_style, char* ui_styleDiversity) {
     TiXmlDocument doc_style;

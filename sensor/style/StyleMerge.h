@@ -12,10 +12,15 @@
 #include "sensor/diag/Export.h"
 #include "tinyxml.h"
 
+#include <string>
+
+// The file that holds the merged document of a channel (from 1): "/tmp/merge_style_ch%d.xml" with its number.
+std::string mergedStyleFile(int p_nChannelID);
+
 // Applies the variants that the module configuration selects to *ui_style (from malloc, zero-terminated) and replaces it
-// by the merged text (realloc). The merged document stays in "/tmp/merge_style_ch%d.xml", with the channel (from 1) as
-// number, so that two merges of one channel must not run at the same time. Always QVS_SUCCESS: failures are reported; a
-// document that cannot be parsed counts as far as it was parsed.
+// by the merged text (realloc). The merged document stays in the channel's file, so that two merges of one channel must
+// not run at the same time. Always QVS_SUCCESS: failures are reported; a document that cannot be parsed counts as far as
+// it was parsed.
 SENSORDLL_API int mergeStyle(int p_nChannelID, ModuleConfig* p_pModuleConfig, char** ui_style, char* ui_styleDiversity);
 
 // Applies one operation to the first tab whose "key" is p_szTabKey. Changes nothing when there is no such tab, no key, an

@@ -116,6 +116,15 @@ TEST_F(GetAllParameters, EachChannelHasADocumentOfItsOwn) {
     EXPECT_THAT(camera.transcript(), ElementsAre("ia ch2 commands"));
 }
 
+// The merge names it so too.
+TEST_F(GetAllParameters, ANegativeChannelHasItsDocumentUnderItsNegativeNumber) {
+    storeOther();
+    controller.setChannelID(-1);
+    shutterIs("7", "-1");
+    EXPECT_EQ("", outputOf([&] { EXPECT_EQ(text(), all()); }));
+    EXPECT_THAT(camera.transcript(), ElementsAre("ia ch-2 commands"));
+}
+
 // --- A document that cannot be loaded counts as an empty one ---
 
 TEST_F(GetAllParameters, AMissingDocumentIsReportedAndTheStoredFileIsTold) {
