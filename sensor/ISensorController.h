@@ -37,8 +37,8 @@
 /// waits on the platform's clock says how long at most. `docs/operations.md` has all of this in one table.
 ///
 /// A controller that is not initialised, or no longer, refuses every operation that needs a parameter set: such a call
-/// returns its failure value, reports itself in the log and touches nothing. The direct operations on the driver work
-/// at any time. Not copyable.
+/// returns its failure value, says so at debug level 6 and touches nothing, except where its description says
+/// otherwise. The direct operations on the driver work at any time. Not copyable.
 class SENSORDLL_API ISensorController {
 public:
     /// Creates the background thread object (not running) and reads the machine information. Does not touch the driver.
@@ -277,7 +277,7 @@ public:
     int getParameters(const std::string& p_strIds, std::string& out);
 
     /// Reads the whole current scheme: what is in memory, after the driver has corrected it in place; but what is
-    /// stored on flash while the style's own value of the maximum shutter is 200 or above.
+    /// stored on flash while the style's own value of the maximum shutter is 200 or above, or there is none.
     /// @param[out] out  replaced by "(key,value)" pairs; as it is while no scheme is applied, and for the factory
     ///                  scheme where flash would answer
     /// @return true; false on a controller that is not initialised
