@@ -47,9 +47,16 @@ inline std::vector<Operation> setOperations() {
         {"getUICommonFile", [](C& c) { return c.getUICommonFile(1); }, "", ""},
         {"getUILanguageFile", [](C& c) { return c.getUILanguageFile(1); }, "", ""},
         {"resetParameters", [](C& c) { return told(c.resetParameters()); }, "true", "false"},
+        {"setMirrorMode", [](C& c) { return told(c.setMirrorMode(1)); }, "true", "false"},
+        {"getAllParameters",
+         [](C& c) {
+             std::string s;
+             return told(c.getAllParameters(s));
+         },
+         "true", "false"},
     };
-    using Setter = bool (C::*)(int&);
-    const std::pair<const char*, Setter> aSetters[] = {
+    using Accessor = bool (C::*)(int&);
+    const std::pair<const char*, Accessor> aAccessors[] = {
         {"setWDRSwitch", &C::setWDRSwitch},
         {"setWDRStrength", &C::setWDRStrength},
         {"setHLCSwitch", &C::setHLCSwitch},
@@ -67,9 +74,27 @@ inline std::vector<Operation> setOperations() {
         {"set3DAutoMaxStrength", &C::set3DAutoMaxStrength},
         {"set3DManualMaxStrength", &C::set3DManualMaxStrength},
         {"setBeaway", &C::setBeaway},
+        {"getWDRSwitch", &C::getWDRSwitch},
+        {"getWDRStrength", &C::getWDRStrength},
+        {"getHLCSwitch", &C::getHLCSwitch},
+        {"getHLCStrength", &C::getHLCStrength},
+        {"getBLCSwitch", &C::getBLCSwitch},
+        {"getBLCStrength", &C::getBLCStrength},
+        {"getDefogSwitch", &C::getDefogSwitch},
+        {"getDefogStrength", &C::getDefogStrength},
+        {"get2DSwitch", &C::get2DSwitch},
+        {"get2DMode", &C::get2DMode},
+        {"get2DAutoMaxStrength", &C::get2DAutoMaxStrength},
+        {"get2DManualMaxStrength", &C::get2DManualMaxStrength},
+        {"get3DSwitch", &C::get3DSwitch},
+        {"get3DMode", &C::get3DMode},
+        {"get3DAutoMaxStrength", &C::get3DAutoMaxStrength},
+        {"get3DManualMaxStrength", &C::get3DManualMaxStrength},
+        {"getBeaway", &C::getBeaway},
+        {"getMirrorValue", &C::getMirrorValue},
     };
-    for (const auto& [szName, pfnSetter] : aSetters) {
-        const auto call = [pfn = pfnSetter](C& c) {
+    for (const auto& [szName, pfnAccessor] : aAccessors) {
+        const auto call = [pfn = pfnAccessor](C& c) {
             int nValue = 1;
             return told((c.*pfn)(nValue));
         };
@@ -199,6 +224,63 @@ inline std::vector<Operation> freeOperations() {
                 return told(c.getHeatStatus(b) && !b);
             },
             "true"),
+        always(
+            "getDNMode",
+            [](C& c) {
+                int n = 9;
+                return told(c.getDNMode(n));
+            },
+            "true"),
+        always(
+            "parseSensorParameter",
+            [](C& c) {
+                std::vector<std::string> v;
+                return told(c.parseSensorParameter("(34)", v));
+            },
+            "true"),
+        always(
+            "getParameters",
+            [](C& c) {
+                std::string s;
+                return std::to_string(c.getParameters("(34)", s));
+            },
+            "1"),
+        always(
+            "SensorCheck",
+            [](C& c) {
+                std::string s = "(1,0,3)";
+                return std::to_string(c.SensorCheck(s));
+            },
+            "0"),
+        always(
+            "restore of nothing", [](C& c) { return std::to_string(c.restore(4711)); }, "-1"),
+        always(
+            "restoreAeMode without its keys", [](C& c) { return told(c.restoreAeMode()); }, "false"),
+        always(
+            "resetToLastParameters", [](C& c) { return told(c.resetToLastParameters()); }, "true"),
+        always(
+            "getSensorParamRange",
+            [](C& c) {
+                int n = 9;
+                std::string s;
+                return told(c.getSensorParamRange(49, n, s));
+            },
+            "false"),
+        always(
+            "getShutterValue",
+            [](C& c) {
+                int n = 9;
+                return told(c.getShutterValue(n));
+            },
+            "false"),
+        always(
+            "setShutterValue", [](C& c) { return told(c.setShutterValue(0)); }, "false"),
+        always(
+            "shutterUp", [](C& c) { return told(c.shutterUp()); }, "false"),
+        always(
+            "shutterDown", [](C& c) { return told(c.shutterDown()); }, "false"),
+        always(
+            "setLanguageDocuments", [](C& c) { return told(c.setLanguageDocuments({})); }, "true"),
     };
     using Getter = bool (C::*)(int&);
     const std::pair<const char*, Getter> aGetters[] = {
