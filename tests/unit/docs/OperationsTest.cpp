@@ -28,6 +28,7 @@ constexpr std::size_t kLock = 1;
 constexpr std::size_t kBlocks = 2;
 constexpr std::size_t kDriverCalls = 3;
 constexpr std::size_t kWithoutInit = 4;
+constexpr std::size_t kFailure = 5;
 
 constexpr char kFreeFunctions[] = "Free functions";
 constexpr char kWords[] = "Words";
@@ -170,6 +171,22 @@ bool readsBack(const TableRow& p_stRow) {
     return "Reading back" == p_stRow.section;
 }
 
+// Every call of a cell fails, and every notification of a key that an operation sets.
+void failAll(RecordingCamera& p_objCamera, const std::string& p_strCalls) {
+    constexpr int kNoAnswer = -3;
+    static const std::map<std::string, u32> kOptions = {{"set", IA_CMD_OPT_SET},
+                                                        {"get", IA_CMD_OPT_GET},
+                                                        {"range", IA_CMD_OPT_GET_PARAM_RNAGE},
+                                                        {"status", IA_CMD_OPT_GET_EXEC_STATUS}};
+    static const std::regex kCall("([a-z]+) ([0-9]+)");
+    p_objCamera.driverFails(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, kNoAnswer);
+    for (std::sregex_iterator it(p_strCalls.begin(), p_strCalls.end(), kCall), itEnd; it != itEnd; ++it) {
+        const u32 nCommand = static_cast<u32>(std::stoul((*it)[2]));
+        p_objCamera.driverFails(nCommand, kOptions.at((*it)[1]), kNoAnswer);
+        p_objCamera.videoFails(static_cast<int>(nCommand), kNoAnswer);
+    }
+}
+
 class OperationsTable : public testing::Test {
 protected:
     OperationsTable() { root.makeFolder("/mnt/mtd/code/config_file"); }
@@ -251,6 +268,34 @@ TEST_F(OperationsTable, SaysWhichDriverCallsAnOperationMakes) {
         EXPECT_EQ(strCell, strCalls.empty() ? "none" : strCalls);
     }
     EXPECT_GT(nExact, 90);
+}
+
+TEST_F(OperationsTable, SaysThatWhatASetHoldsIsReadWithoutTheDriver) {
+    for (const TableRow& stRow : classRows()) {
+        if (!readsBack(stRow) || "none" == stRow.cells[kDriverCalls] || !isExact(stRow.cells[kDriverCalls])) {
+            continue;
+        }
+        Desk desk(true);
+        desk.camera.clear();
+        EXPECT_EQ("true", quietly([&] { return desk.call(stRow.name()); })) << stRow.name();
+        EXPECT_THAT(desk.camera.linesLike("ia "), testing::IsEmpty()) << stRow.name();
+    }
+}
+
+// "likewise" stands for the cell above it.
+TEST_F(OperationsTable, SaysWhatAnOperationReturnsWhenDriverAndVideoModuleFail) {
+    std::string strFailure;
+    for (const TableRow& stRow : classRows()) {
+        SCOPED_TRACE(stRow.name());
+        strFailure = "likewise" == stRow.cells[kFailure] ? strFailure : stRow.cells[kFailure];
+        const std::string& strCalls = stRow.cells[kDriverCalls];
+        if ("none" == strCalls || !isExact(strCalls)) {
+            continue;
+        }
+        Desk desk(!readsBack(stRow));
+        failAll(desk.camera, strCalls);
+        EXPECT_EQ(0u == strFailure.find("true") ? "true" : "false", quietly([&] { return desk.call(stRow.name()); }));
+    }
 }
 
 TEST_F(OperationsTable, SaysThatWhatCallsTheDriverBlocksForIt) {
