@@ -603,7 +603,7 @@ private:
     bool setCached(u32 p_nKey, int p_nValue);
 
     // Read path.
-    bool getCached(u32 p_nKey, int& p_nValue);
+    bool getNamed(u32 p_nKey, int& p_nValue);
     bool isShutterDriverGoverned() const;
 
     // Persistence.

@@ -68,68 +68,68 @@ bool ISensorController::getParameter(int p_nKey, int& p_nVal) {
     return bRead;
 }
 
-bool ISensorController::getCached(u32 p_nKey, int& p_nValue) {
+bool ISensorController::getNamed(u32 p_nKey, int& p_nValue) {
     return getParameter(static_cast<int>(p_nKey), p_nValue);
 }
 
 // Meant: true whatever the read said.
 bool ISensorController::getDNMode(int& p_nMode) {
-    getCached(KEY_DN_MODE, p_nMode);
+    getNamed(KEY_DN_MODE, p_nMode);
     return true;
 }
 bool ISensorController::getWDRSwitch(int& p_nOn) {
-    return getCached(KEY_WDR_MODE, p_nOn);
+    return getNamed(KEY_WDR_MODE, p_nOn);
 }
 bool ISensorController::getWDRStrength(int& p_nStrength) {
-    return getCached(KEY_WDR_STRG, p_nStrength);
+    return getNamed(KEY_WDR_STRG, p_nStrength);
 }
 bool ISensorController::getHLCSwitch(int& p_nOn) {
-    return getCached(KEY_HLC_SWITCH, p_nOn);
+    return getNamed(KEY_HLC_SWITCH, p_nOn);
 }
 bool ISensorController::getHLCStrength(int& p_nStrength) {
-    return getCached(KEY_HLC_STRG, p_nStrength);
+    return getNamed(KEY_HLC_STRG, p_nStrength);
 }
 bool ISensorController::getBLCSwitch(int& p_nOn) {
-    return getCached(KEY_BLC_SWITCH, p_nOn);
+    return getNamed(KEY_BLC_SWITCH, p_nOn);
 }
 bool ISensorController::getBLCStrength(int& p_nStrength) {
-    return getCached(KEY_BLC_STRG, p_nStrength);
+    return getNamed(KEY_BLC_STRG, p_nStrength);
 }
 bool ISensorController::getDefogSwitch(int& p_nOn) {
-    return getCached(KEY_DEFLG_SWITCH, p_nOn);
+    return getNamed(KEY_DEFLG_SWITCH, p_nOn);
 }
 bool ISensorController::getDefogStrength(int& p_nStrength) {
-    return getCached(KEY_DEFLG_STRG, p_nStrength);
+    return getNamed(KEY_DEFLG_STRG, p_nStrength);
 }
 bool ISensorController::get2DSwitch(int& p_nOn) {
-    return getCached(KEY_2D_NR_SWITCH, p_nOn);
+    return getNamed(KEY_2D_NR_SWITCH, p_nOn);
 }
 bool ISensorController::get2DMode(int& p_nMode) {
-    return getCached(KEY_2D_NR_MODE, p_nMode);
+    return getNamed(KEY_2D_NR_MODE, p_nMode);
 }
 bool ISensorController::get2DAutoMaxStrength(int& p_nStrength) {
-    return getCached(KEY_2D_NR_STRG_A, p_nStrength);
+    return getNamed(KEY_2D_NR_STRG_A, p_nStrength);
 }
 bool ISensorController::get2DManualMaxStrength(int& p_nStrength) {
-    return getCached(KEY_2D_NR_STRG_M, p_nStrength);
+    return getNamed(KEY_2D_NR_STRG_M, p_nStrength);
 }
 bool ISensorController::get3DSwitch(int& p_nOn) {
-    return getCached(KEY_3D_NR_SWITCH, p_nOn);
+    return getNamed(KEY_3D_NR_SWITCH, p_nOn);
 }
 bool ISensorController::get3DMode(int& p_nMode) {
-    return getCached(KEY_3D_NR_MODE, p_nMode);
+    return getNamed(KEY_3D_NR_MODE, p_nMode);
 }
 bool ISensorController::get3DAutoMaxStrength(int& p_nStrength) {
-    return getCached(KEY_3D_NR_STRG_A, p_nStrength);
+    return getNamed(KEY_3D_NR_STRG_A, p_nStrength);
 }
 bool ISensorController::get3DManualMaxStrength(int& p_nStrength) {
-    return getCached(KEY_3D_NR_STRG_M, p_nStrength);
+    return getNamed(KEY_3D_NR_STRG_M, p_nStrength);
 }
 bool ISensorController::getBeaway(int& p_nOn) {
-    return getCached(KEY_BEAWAY, p_nOn);
+    return getNamed(KEY_BEAWAY, p_nOn);
 }
 bool ISensorController::getMirrorValue(int& p_nDirection) {
-    return getCached(KEY_MIRROR, p_nDirection);
+    return getNamed(KEY_MIRROR, p_nDirection);
 }
 
 bool ISensorController::parseSensorParameter(const std::string& p_strIds, std::vector<std::string>& items) {

@@ -63,7 +63,8 @@ bool ISensorController::setLanguageDocuments(const std::vector<LanguageDocuments
             return false;
         }
     }
-    m_vecLanguageDocuments = p_vecDocuments;
+    std::vector<LanguageDocuments> vecDocuments = p_vecDocuments;
+    m_vecLanguageDocuments.swap(vecDocuments);
     if (nullptr != m_ppUserKeyVal) {
         freeLanguageTexts(m_stSysConf);
         fillLanguageTable();
@@ -74,6 +75,8 @@ bool ISensorController::setLanguageDocuments(const std::vector<LanguageDocuments
 // Lays the host's documents out as the table that the channel's configuration knows. The texts become the
 // configuration's, which frees them; the array stays the controller's.
 void ISensorController::fillLanguageTable() {
+    m_stSysConf.nLanguageSum = 0;  // the table is empty until the new one stands
+    m_stSysConf.pLanguageFiles = nullptr;
     m_vecLanguageFiles.assign(m_vecLanguageDocuments.size(), LanguageFileEntry{});
     std::transform(m_vecLanguageDocuments.begin(), m_vecLanguageDocuments.end(), m_vecLanguageFiles.begin(),
                    [](const LanguageDocuments& p_stDocuments) {
