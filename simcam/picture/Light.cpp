@@ -87,7 +87,6 @@ int needed(int p_nMilliLux) {
 
 constexpr int kModeAutomatic = 1;
 constexpr int kModeManual = 2;
-constexpr int kTypeInfrared = 0;
 constexpr int kTypeWhite = 1;
 
 void turnOnInfrared(const PictureParameters& p_st, const std::array<int, kDistances>& p_arrMillimetres,
@@ -162,7 +161,7 @@ Light lightOf(const PictureParameters& p_stParameters) {
     stLight.clear = clearOf(p_stParameters.fogPercent, arrMillimetres);
     const std::array<int, kColours> arrTint = ambientTint(p_stParameters.milliLux);
     for (std::size_t i = 0; i < kColours; ++i) {
-        stLight.ambient[i] = static_cast<int>(std::int64_t{p_stParameters.milliLux} * arrTint[i] / kTintOne);
+        stLight.ambient[i] = static_cast<int>(arrTint[i] * std::int64_t{p_stParameters.milliLux} / kTintOne);
     }
     turnOnInfrared(p_stParameters, arrMillimetres, stLight);
     turnOnWhite(p_stParameters, arrMillimetres, stLight);
@@ -190,8 +189,8 @@ ExposedLight::ExposedLight(const Light& p_stLight, Sensitivity p_nSensitivity)
         const int nClear = p_stLight.clear[d];
         for (std::size_t i = 0; i < kColours; ++i) {
             m_arrAmbient[i][d] = surfaceLight(p_stLight.ambient[i], nClear);
-            m_arrFog[i][d] = scaled(surfaceLight(std::int64_t{p_stLight.ambient[i]} * 9 / 10, kOne), kOne - nClear);
-            m_arrLamp[i][d] = surfaceLight(std::int64_t{kLampLight} * kLampTint[i] / kTintOne, nClear);
+            m_arrFog[i][d] = scaled(surfaceLight(p_stLight.ambient[i] * std::int64_t{9} / 10, kOne), kOne - nClear);
+            m_arrLamp[i][d] = surfaceLight(kLampTint[i] * std::int64_t{kLampLight} / kTintOne, nClear);
         }
         for (std::size_t i = 0; i < kBeams; ++i) {
             m_arrInfrared[i][d] = surfaceLight(p_stLight.infrared[i][d], nClear) / kBeams;
