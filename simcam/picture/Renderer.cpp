@@ -166,6 +166,7 @@ void PictureRenderer::State::expose(const PictureParameters& p_st, const Window&
             radii[at(x, y)] = p_arrRadii[pRow[x].distance];
         }
     }
+    // The car is as unsharp as the road below it, which is as far away.
     const PixelBox stBox = carBox(p_stWindow, p_vecPlaces);
     if (0 == p_st.car || stBox.isEmpty()) {
         return;
@@ -176,9 +177,6 @@ void PictureRenderer::State::expose(const PictureParameters& p_st, const Window&
         for (std::size_t i = 0; i < nPlanes; ++i) {
             int& nPixel = planes[i][at(p_nX, p_nY)];
             nPixel = (0 == p_nPlace ? 0 : nPixel) + arrPixel[i] / nPlaces;
-        }
-        if (0 == p_nPlace) {
-            radii[at(p_nX, p_nY)] = p_arrRadii[p_stSurface.distance];
         }
     });
 }

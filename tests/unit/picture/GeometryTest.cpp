@@ -92,6 +92,23 @@ TEST(PictureGeometry, DigitalZoomEnlargesTheMiddle) {
     }
 }
 
+TEST(PictureGeometry, DigitalZoomGoesSmoothlyFromPixelToPixel) {
+    PictureParameters st = quiet();
+    st.digitalZoom = 2;
+    const Measured obj(st);
+    int nEqualAcross = 0;
+    int nEqualDown = 0;
+    for (int y = 0; y < Measured::kHeight - 1; ++y) {
+        for (int x = 0; x < Measured::kWidth - 1; ++x) {
+            nEqualAcross += obj.levelAt(x, y) == obj.levelAt(x + 1, y) ? 1 : 0;
+            nEqualDown += obj.levelAt(x, y) == obj.levelAt(x, y + 1) ? 1 : 0;
+        }
+    }
+    const int nHalf = Measured::kWidth * Measured::kHeight / 2;
+    EXPECT_LT(nEqualAcross, nHalf);
+    EXPECT_LT(nEqualDown, nHalf);
+}
+
 TEST(PictureGeometry, TheDirectionsOfTheZoomAgree) {
     PictureParameters st = quiet();
     st.exposureMode = 3;

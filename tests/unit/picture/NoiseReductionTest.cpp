@@ -63,14 +63,24 @@ TEST(PictureNoiseReduction, ThreeDimensionalReductionDrawsAMovingCarOut) {
     PictureParameters st = noisy();
     st.car = 1;
     st.milliseconds = 5000;
-    const Place stBehind = {60, 250, 155, 275};  // where the car has just been
-    const double dWithout = Measured(st).level(stBehind);
-    st.car = 0;
-    EXPECT_NEAR(Measured(st).level(stBehind), dWithout, 3.0);
-    st.car = 1;
+    const Place stBehind = {132, 252, 152, 272};  // where the car has just been
+    PictureParameters stEmpty = st;
+    stEmpty.car = 0;
+    const double dEmpty = Measured(stEmpty).colourfulness(stBehind);
+    EXPECT_NEAR(dEmpty, Measured(st).colourfulness(stBehind), 6.0);
     st.noise3d = 1;
     st.noise3dStrength = 100;
-    EXPECT_GT(Measured(st).spread(stBehind), 4.0);
+    stEmpty = st;
+    stEmpty.car = 0;
+    EXPECT_GT(Measured(st).differenceFrom(Measured(stEmpty), stBehind), 4.0);
+}
+
+TEST(PictureNoiseReduction, TwoDimensionalReductionSmoothsTheColoursToo) {
+    PictureParameters st = noisy();
+    const double dColoured = Measured(st).colourfulness(kWall);
+    st.noise2d = 1;
+    st.noise2dStrength = 100;
+    EXPECT_LT(Measured(st).colourfulness(kWall), 0.7 * dColoured);
 }
 
 TEST(PictureNoiseReduction, TheAutomaticModeDoesMoreInTheDark) {

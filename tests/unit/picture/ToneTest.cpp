@@ -65,7 +65,7 @@ TEST(PictureTone, HighlightCompensationMasksTheLamp) {
     EXPECT_LT(objOn.level(kLamp), objOff.level(kLamp) - 40);
     st.highlightStrength = 30;
     EXPECT_GT(Measured(st).level(kLamp), objOn.level(kLamp) + 15);
-    EXPECT_GT(objOn.level(kRoad), objOff.level(kRoad) - 10);  // the rest of the picture does not become dark
+    EXPECT_GT(objOn.level(kRoad), objOff.level(kRoad) + 5);  // lights no longer make the rest dark
 }
 
 TEST(PictureTone, BacklightCompensationBringsOutItsArea) {
