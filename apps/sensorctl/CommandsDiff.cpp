@@ -134,10 +134,10 @@ struct Pair {
 
 std::vector<Pair> differences(const Values& p_stFirst, const Values& p_stSecond) {
     std::vector<Pair> pairs;
+    std::map<u32, std::size_t> places;  // a damaged file may hold very many keys
     const auto pairOf = [&](u32 p_nKey) -> Pair& {
-        const auto found =
-            std::find_if(pairs.begin(), pairs.end(), [&](const Pair& p_stPair) { return p_stPair.nKey == p_nKey; });
-        return pairs.end() != found ? *found : pairs.emplace_back(Pair{p_nKey, std::nullopt, std::nullopt});
+        const auto [place, isNew] = places.emplace(p_nKey, pairs.size());
+        return isNew ? pairs.emplace_back(Pair{p_nKey, std::nullopt, std::nullopt}) : pairs[place->second];
     };
     for (const StoredValue& value : p_stFirst.vecValues) {
         Pair& pair = pairOf(value.nKey);

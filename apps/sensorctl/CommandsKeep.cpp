@@ -1,6 +1,7 @@
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/KeyNames.h"
 #include "apps/sensorctl/Number.h"
+#include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
 
 namespace sensorctl {
@@ -24,21 +25,22 @@ std::string windowProblem(int p_nCode) {
     }
 }
 
-Result coded(const char* p_szWhat, int p_nReturned) {
+Result coded(const Session& p_objSession, const char* p_szWhat, int p_nReturned) {
     const Json data = {{"returned", p_nReturned}};
     if (0 != p_nReturned) {
-        return Result::failed(
+        return refused(
+            p_objSession,
             std::string(p_szWhat) + ": " + windowProblem(p_nReturned) + " (" + std::to_string(p_nReturned) + ")", data);
     }
     return {true, "", data, {}};
 }
 
 Result flush(Session& p_objSession, const Words&) {
-    return coded("the current scheme cannot be stored", p_objSession.controller().flush());
+    return coded(p_objSession, "the current scheme cannot be stored", p_objSession.controller().flush());
 }
 
 Result check(Session& p_objSession, const Words&) {
-    return coded("the current scheme could not be stored", p_objSession.controller().paramCheck());
+    return coded(p_objSession, "the current scheme could not be stored", p_objSession.controller().paramCheck());
 }
 
 Result restore(Session& p_objSession, const Words& p_vecWords) {
@@ -48,18 +50,20 @@ Result restore(Session& p_objSession, const Words& p_vecWords) {
     if (0 == returned) {
         return {true, "", data, {}};
     }
-    return Result::failed(kNotHeld == returned ? "the current scheme does not hold " + describeKey(key)
-                                               : "the driver refused " + describeKey(key),
-                          data);
+    return refused(p_objSession,
+                   kNotHeld == returned ? "the current scheme does not hold " + describeKey(key)
+                                        : "the driver refused " + describeKey(key),
+                   data);
 }
 
 Result restoreAe(Session& p_objSession, const Words&) {
-    return p_objSession.controller().restoreAeMode() ? Result{} : Result::failed("restoreAeMode returned false");
+    return p_objSession.controller().restoreAeMode() ? Result{} : refused(p_objSession, "restoreAeMode returned false");
 }
 
 Result rollback(Session& p_objSession, const Words&) {
-    return p_objSession.controller().resetToLastParameters() ? Result{}
-                                                             : Result::failed("resetToLastParameters returned false");
+    return p_objSession.controller().resetToLastParameters()
+               ? Result{}
+               : refused(p_objSession, "resetToLastParameters returned false");
 }
 
 Result mirror(Session& p_objSession, const Words& p_vecWords) {
@@ -67,12 +71,12 @@ Result mirror(Session& p_objSession, const Words& p_vecWords) {
     int direction = 0;
     if (p_vecWords.empty()) {
         if (!controller.getMirrorValue(direction)) {
-            return Result::failed("getMirrorValue returned false");
+            return refused(p_objSession, "getMirrorValue returned false");
         }
     } else {
         direction = parseInt(p_vecWords[0], "the direction");
         if (!controller.setMirrorMode(direction)) {
-            return Result::failed("setMirrorMode returned false", {{"direction", direction}});
+            return refused(p_objSession, "setMirrorMode returned false", {{"direction", direction}});
         }
     }
     return {true, "", {{"direction", direction}}, {}};

@@ -2,6 +2,7 @@
 #include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Number.h"
+#include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
 #include "platform/DeviceRoot.h"
 #include "platform/MachineInfo.h"
@@ -44,7 +45,7 @@ Result restart(Session& p_objSession, const Words&) {
 
 Result reset(Session& p_objSession, const Words&) {
     if (!p_objSession.reset()) {
-        return Result::failed("resetParameters returned false: the controller is not initialised");
+        return refused(p_objSession, "resetParameters returned false");
     }
     return {};
 }

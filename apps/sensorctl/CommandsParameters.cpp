@@ -3,6 +3,7 @@
 #include "apps/sensorctl/KeyNames.h"
 #include "apps/sensorctl/NearestMatch.h"
 #include "apps/sensorctl/Number.h"
+#include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
 #include "apps/sensorctl/Text.h"
 
@@ -51,7 +52,7 @@ Result setNamed(Session& p_objSession, const NamedSetter& p_stSetter, const std:
     const int value = parseInt(p_strValue, "the value");
     const Json data = {{"value", value}};
     if (!p_stSetter.pfnSet(p_objSession.controller(), value)) {
-        return Result::failed(std::string(p_stSetter.szName) + " returned false", data);
+        return refused(p_objSession, std::string(p_stSetter.szName) + " returned false", data);
     }
     return {true, "", data, {}};
 }
@@ -79,8 +80,10 @@ bool wantsCache(const Words& p_vecWords, std::size_t p_nUsed) {
 }
 
 std::string refusal(int p_nReturned) {
-    return "the library returned " + std::to_string(p_nReturned) + ", stopped at " +
-           describeKey(0u - static_cast<u32>(p_nReturned));
+    constexpr int kNoKey = -1;  // of a controller that is not initialised; no parameter has the number 1
+    const std::string returned = "the library returned " + std::to_string(p_nReturned);
+    return kNoKey == p_nReturned ? returned
+                                 : returned + ", stopped at " + describeKey(0u - static_cast<u32>(p_nReturned));
 }
 
 Result setOne(Session& p_objSession, const Words& p_vecWords) {
@@ -91,7 +94,7 @@ Result setOne(Session& p_objSession, const Words& p_vecWords) {
     const Json data = {
         {"key", key}, {"name", nameOfKey(key)}, {"value", value}, {"cache", cache}, {"returned", returned}};
     if (0 != returned) {
-        return Result::failed(refusal(returned), data);
+        return refused(p_objSession, refusal(returned), data);
     }
     return {true, "", data, {"set " + describeKey(key) + " = " + std::to_string(value)}};
 }
@@ -101,7 +104,7 @@ Result setText(Session& p_objSession, const Words& p_vecWords) {
     const int returned = p_objSession.controller().setParameters(p_vecWords[0], cache);
     const Json data = {{"text", p_vecWords[0]}, {"cache", cache}, {"returned", returned}};
     if (0 != returned) {
-        return Result::failed(refusal(returned), data);
+        return refused(p_objSession, refusal(returned), data);
     }
     return {true, "", data, {"set " + p_vecWords[0]}};
 }

@@ -3,6 +3,7 @@
 #include "apps/sensorctl/KeyNames.h"
 #include "apps/sensorctl/NearestMatch.h"
 #include "apps/sensorctl/Number.h"
+#include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
 #include "apps/sensorctl/Text.h"
 
@@ -46,7 +47,8 @@ Result getNamed(Session& p_objSession, const NamedGetter& p_stGetter) {
     int value = 0;
     const bool ok = (p_objSession.controller().*p_stGetter.pfnGet)(value);
     const Json data = {{"value", value}};
-    return ok ? Result{true, "", data, {}} : Result::failed(std::string(p_stGetter.szName) + " returned false", data);
+    return ok ? Result{true, "", data, {}}
+              : refused(p_objSession, std::string(p_stGetter.szName) + " returned false", data);
 }
 
 Result getByAnyName(Session& p_objSession, const Words& p_vecWords) {
@@ -90,7 +92,7 @@ Result getOne(Session& p_objSession, const Words& p_vecWords) {
     const u32 key = parseKey(p_vecWords[0]);
     int value = 0;
     if (!p_objSession.controller().getParameter(static_cast<int>(key), value)) {
-        return Result::failed(describeKey(key) + " cannot be read: getParameter returned false", {{"key", key}});
+        return refused(p_objSession, describeKey(key) + " cannot be read: getParameter returned false", {{"key", key}});
     }
     return {true,
             "",
@@ -126,7 +128,7 @@ Result get(Session& p_objSession, const Words& p_vecWords) {
 
 Result readAll(Session& p_objSession, std::string& p_strText) {
     if (!p_objSession.controller().getAllParameters(p_strText)) {
-        return Result::failed("getAllParameters returned false: the controller is not initialised");
+        return refused(p_objSession, "getAllParameters returned false");
     }
     return {true, "", {{"text", p_strText}}, {p_strText}};
 }

@@ -3,6 +3,7 @@
 #include "apps/sensorctl/DocumentResult.h"
 #include "apps/sensorctl/NearestMatch.h"
 #include "apps/sensorctl/Number.h"
+#include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
 #include "apps/sensorctl/Text.h"
 
@@ -17,7 +18,7 @@ Result scheme(Session& p_objSession, const Words& p_vecWords) {
     if (!p_vecWords.empty()) {
         const int wanted = parseInt(p_vecWords[0], "the scheme");
         if (!controller.setParamScheme(wanted)) {
-            return Result::failed("setParamScheme returned false", {{"wanted", wanted}});
+            return refused(p_objSession, "setParamScheme returned false", {{"wanted", wanted}});
         }
     }
     int current = -1;
@@ -41,7 +42,7 @@ Result mode(Session& p_objSession, const Words& p_vecWords) {
     if (!p_vecWords.empty()) {
         const int wanted = parseMode(p_vecWords[0]);
         if (!controller.setParamMode(wanted)) {
-            return Result::failed("setParamMode returned false", {{"wanted", wanted}});
+            return refused(p_objSession, "setParamMode returned false", {{"wanted", wanted}});
         }
     }
     int current = 0;

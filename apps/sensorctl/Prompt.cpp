@@ -36,7 +36,7 @@ int readLetterFor(EditLine* p_pEditor, wchar_t* p_pLetter) {
     return promptOf(p_pEditor).readLetter(*p_pLetter);
 }
 
-unsigned char completeFor(EditLine* p_pEditor, int) {
+unsigned char completeFor(EditLine* p_pEditor, wint_t) {
     return promptOf(p_pEditor).complete();
 }
 
@@ -103,7 +103,8 @@ Prompt::Prompt(int p_nTerminal, const HistoryFile& p_objHistory, Candidates p_fn
     el_set(editor, EL_EDITOR, "emacs");
     el_set(editor, EL_HIST, history, m_pHistory.get());
     el_set(editor, EL_GETCFN, readLetterFor);
-    el_set(editor, EL_ADDFN, "complete-word", "Complete the word", completeFor);
+    // The narrow form of this call copies both texts and never releases them.
+    el_wset(editor, EL_ADDFN, L"complete-word", L"Complete the word", completeFor);
     el_set(editor, EL_BIND, "^I", "complete-word", nullptr);
     el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_source(editor, nullptr);

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace sensorctl {
@@ -54,6 +55,8 @@ TEST(HistoryFile, OnlyTheNewestLinesAreKept) {
     EXPECT_TRUE(file.append({"one more"}));
     EXPECT_EQ(file.load().front(), "line 8");
     EXPECT_EQ(file.load().back(), "one more");
+    const std::string content = folder.read("/history");
+    EXPECT_EQ(static_cast<std::size_t>(std::count(content.begin(), content.end(), '\n')), HistoryFile::kMostLines);
 }
 
 TEST(HistoryFile, LinesThatCouldNotComeBackAreLeftOut) {

@@ -112,7 +112,7 @@ TEST(ProgramRecord, InRealTimeTheTimeBetweenCommandsBecomesWaits) {
     const ProgramResult run = runScript(tree, "wait 0.05\nwatch 0.02 light\n", {"--realtime", "--record", file});
     EXPECT_EQ(run.nStatus, 0) << run.strErrors;
     EXPECT_THAT(tree.read("/session.txt"),
-                testing::ContainsRegex("\nwait 0.05\n(wait [0-9.]+\n)?watch 0\\.[0-9]+ light\n"));
+                testing::ContainsRegex("\nwait 0.05\n(wait [0-9.]+\n)?watch 0\\.[0-9]{6} light\n"));
 }
 
 TEST(ProgramRecord, AFileThatCannotBeMadeIsRefusedBeforeAnythingRuns) {

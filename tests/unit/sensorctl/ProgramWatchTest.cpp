@@ -42,6 +42,14 @@ TEST(ProgramWatch, ASwitchBySchemeAndStateIsSeenWithItsParameters) {
     EXPECT_THAT(seen(tree, dusk + "watch 20 mode light\n"), IsEmpty());
 }
 
+TEST(ProgramWatch, ASwitchThatSendsNothingIsSeenInTheParameters) {
+    const DeviceTree tree;
+    EXPECT_THAT(seen(tree,
+                     "init\nscheme 1\nset delay 3\nset scheme_start_hour 8\nscheme 0\nset delay 3\n"
+                     "set scheme_mode 2\nmode auto\nscene light 0.1\nwatch 20\n"),
+                ElementsAre("state 0 1", "scheme 0 1", "parameter 8001 0 8"));
+}
+
 TEST(ProgramWatch, AChangeIsPrintedWithItsTimeAsItHappens) {
     const DeviceTree tree;
     const ProgramResult run =
