@@ -1,6 +1,7 @@
 // Single stages of the drawing: arithmetic, canvas, exposure, blur, noise, tone, detail, haze.
 #include "simcam/picture/Blur.h"
 #include "simcam/picture/Canvas.h"
+#include "simcam/picture/Colour.h"
 #include "simcam/picture/Detail.h"
 #include "simcam/picture/Exposure.h"
 #include "simcam/picture/FixedPoint.h"
@@ -357,6 +358,38 @@ TEST(PictureStage, ExposedLightIsLightTimesSensitivity) {
     const Pixel arrMost = ExposedLight(stLight, nOneForWhite + 40 * kLogOne).expose(stSurface, 0, 0);
     EXPECT_LE(arrMost[0], kBrightest);
     EXPECT_GT(arrMost[0], kOne);
+}
+
+TEST(PictureStage, TheFarLampPassesOverWhatIsNear) {
+    PictureParameters st;
+    st.milliLux = 0;
+    st.night = 1;
+    st.infraredAntiOverexposure = 0;
+    const Light stLight = lightOf(st);
+    const std::size_t nNear = distanceIndex(5000);
+    const std::size_t nFar = distanceIndex(40000);
+    EXPECT_GT(stLight.infrared[0][nNear], 50 * stLight.infrared[0][nFar]);
+    EXPECT_LT(stLight.infrared[2][nNear], 4 * stLight.infrared[2][nFar]);
+}
+
+TEST(PictureStage, DefogGivesBackColour) {
+    PictureParameters st;
+    unsigned char arrOff[3] = {};
+    unsigned char arrOn[3] = {};
+    Finish(st).write(2000, 0, 400, arrOff);
+    st.defog = 1;
+    st.defogStrength = 100;
+    Finish(st).write(2000, 0, 400, arrOn);
+    EXPECT_GT(arrOn[0] - arrOn[1], arrOff[0] - arrOff[1] + 10);
+}
+
+TEST(PictureStage, WhatIsBrighterThanWhiteIsMaskedDarkerThanWhite) {
+    PictureParameters st;
+    st.highlight = 1;
+    st.highlightStrength = 100;
+    Tone objTone;
+    objTone.prepare(st);
+    EXPECT_LT(objTone.of(8 * kOne), objTone.of(kOne) - 40 * kBright);
 }
 
 }  // namespace
