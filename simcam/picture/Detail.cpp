@@ -30,27 +30,33 @@ void smooth(Plane& p_vecPlane, int p_nWidth, int p_nHeight, int p_nThreshold, Pl
         return &p_vecScratch[static_cast<std::size_t>(p_nY) * static_cast<std::size_t>(p_nWidth) +
                              static_cast<std::size_t>(p_nX)];
     };
-    std::int16_t* pOut = p_vecPlane.data();
+    const auto nWidth = static_cast<std::size_t>(p_nWidth);
+    std::vector<int> vecSum(nWidth);
+    std::vector<int> vecCount(nWidth);
     for (int y = 0; y < p_nHeight; ++y) {
-        const int nTop = std::max(0, y - kReach);
-        const int nBottom = std::min(p_nHeight - 1, y + kReach);
-        for (int x = 0; x < p_nWidth; ++x) {
-            const int nLeft = std::max(0, x - kReach);
-            const int nRight = std::min(p_nWidth - 1, x + kReach);
-            const int nMiddle = *at(x, y);
-            int nSum = 0;
-            int nCount = 0;
-            for (int i = nTop; i <= nBottom; ++i) {
-                const std::int16_t* pIn = at(nLeft, i);
-                for (int j = nLeft; j <= nRight; ++j, ++pIn) {
-                    const int nOff = *pIn - nMiddle;
-                    const int bNear = std::abs(nOff) <= p_nThreshold ? 1 : 0;
-                    nSum += nOff * bNear;
-                    nCount += bNear;
+        const std::int16_t* const pMiddle = at(0, y);
+        std::fill(vecSum.begin(), vecSum.end(), 0);
+        std::fill(vecCount.begin(), vecCount.end(), 0);
+        // Whole rows at a time, so that the compiler can take several pixels in one step.
+        for (int i = std::max(0, y - kReach); i <= std::min(p_nHeight - 1, y + kReach); ++i) {
+            for (int nMove = -kReach; nMove <= kReach; ++nMove) {
+                const std::int16_t* const pOther = at(0, i);
+                int* const pSum = vecSum.data();
+                int* const pCount = vecCount.data();
+                const int nEnd = std::min(p_nWidth, p_nWidth - nMove);
+                for (int x = std::max(0, -nMove); x < nEnd; ++x) {
+                    const int nOff = pOther[x + nMove] - pMiddle[x];
+                    const int nNear = std::abs(nOff) <= p_nThreshold ? 1 : 0;
+                    pSum[x] += nOff * nNear;
+                    pCount[x] += nNear;
                 }
             }
-            *pOut++ =
-                static_cast<std::int16_t>(nMiddle + static_cast<int>(std::int64_t{nSum} * arrPart[nCount] / 65536));
+        }
+        std::int16_t* const pOut = &p_vecPlane[static_cast<std::size_t>(y) * nWidth];
+        for (int x = 0; x < p_nWidth; ++x) {
+            const auto nX = static_cast<std::size_t>(x);
+            pOut[x] = static_cast<std::int16_t>(
+                pMiddle[x] + static_cast<int>(std::int64_t{vecSum[nX]} * arrPart[vecCount[nX]] / 65536));
         }
     }
 }
