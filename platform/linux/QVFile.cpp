@@ -39,12 +39,13 @@ bool QVFile::open(const char* p_szName, u32 p_nMode) {
 }
 
 bool QVFile::openForReading() {
+    // Without O_NONBLOCK the open of a pipe would hang; a regular file does not know the difference.
     int nHandle = -1;
     do {
-        nHandle = ::open(m_strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+        nHandle = ::open(m_strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     } while (-1 == nHandle && EINTR == errno);
     struct stat stFile = {};
-    if (-1 == nHandle || 0 != ::fstat(nHandle, &stFile) || S_ISDIR(stFile.st_mode)) {
+    if (-1 == nHandle || 0 != ::fstat(nHandle, &stFile) || S_ISDIR(stFile.st_mode) || S_ISFIFO(stFile.st_mode)) {
         if (-1 != nHandle) {
             ::close(nHandle);
         }

@@ -29,8 +29,8 @@ public:
     QVFile& operator=(const QVFile&) = delete;
 
     /// Opens a file. Modes are modeRead (the file must exist) and modeWrite | modeTruncate (0x42, the file is created
-    /// or replaced, and keeps the permissions that it had); any other mode, a null or empty name and a directory fail,
-    /// and for writing everything that is not a regular file. An object that is open is closed first.
+    /// or replaced, and keeps the permissions that it had); any other mode, a null or empty name, a directory and a
+    /// pipe fail, and for writing everything that is not a regular file. An object that is open is closed first.
     /// @param p_szName  absolute camera path
     /// @param p_nMode   modeRead, or modeWrite | modeTruncate
     /// @return true when the file is open

@@ -202,6 +202,12 @@ TEST_F(QVFileOnDiskTest, OnlyRegularFilesAreReplaced) {
     EXPECT_FALSE(m_objRoot.exists(kSibling));
 }
 
+TEST_F(QVFileOnDiskTest, APipeIsNotOpenedForReadingAndNobodyWaitsForItsWriter) {
+    EXPECT_EQ(mkfifo((m_objRoot.path() + kName).c_str(), 0600), 0);
+    QVFile objFile;
+    EXPECT_FALSE(objFile.open(kName));
+}
+
 TEST_F(QVFileOnDiskTest, ASiblingThatIsNoRegularFileIsNotWritten) {
     m_objRoot.write("/tmp/other", "other");
     EXPECT_EQ(symlink((m_objRoot.path() + "/tmp/other").c_str(), (m_objRoot.path() + kSibling).c_str()), 0);
