@@ -55,8 +55,9 @@ void smooth(Plane& p_vecPlane, int p_nWidth, int p_nHeight, int p_nThreshold, Pl
         std::int16_t* const pOut = &p_vecPlane[static_cast<std::size_t>(y) * nWidth];
         for (int x = 0; x < p_nWidth; ++x) {
             const auto nX = static_cast<std::size_t>(x);
-            pOut[x] = static_cast<std::int16_t>(
-                pMiddle[x] + static_cast<int>(std::int64_t{vecSum[nX]} * arrPart[vecCount[nX]] / 65536));
+            const std::int64_t nSum = vecSum[nX];
+            const auto nMean = static_cast<int>(nSum * arrPart[vecCount[nX]] / 65536);
+            pOut[x] = static_cast<std::int16_t>(pMiddle[x] + nMean);
         }
     }
 }
