@@ -130,7 +130,21 @@ Result style(Session& p_objSession, Interpreter&, const Words& p_vecWords) {
                    std::to_string(document.size()) + " bytes");
 }
 
+// How often "expect fail" stands in front of the command.
+std::size_t nestingOf(const Words& p_vecWords) {
+    std::size_t at = 0;
+    while (at + 1 < p_vecWords.size() && "expect" == lowerCase(p_vecWords[at]) &&
+           "fail" == lowerCase(p_vecWords[at + 1])) {
+        at += 2;
+    }
+    return at / 2;
+}
+
 Result fail(Session&, Interpreter& p_objInterpreter, const Words& p_vecWords) {
+    constexpr std::size_t kDeepest = 16;  // each level takes stack; the record of a failed check has one
+    if (nestingOf(p_vecWords) >= kDeepest) {
+        throw CommandError("expect fail is nested too deeply");
+    }
     const Result result = p_objInterpreter.evaluate(p_vecWords);
     return verdict(!result.bOk, quoted(join(p_vecWords, " ")) + " to fail",
                    result.bOk ? "success" : "\"" + result.strError + "\"");

@@ -139,25 +139,26 @@ std::vector<std::string> Completion::allOf(const std::string& p_strKind, const W
 }
 
 std::vector<std::string> Completion::candidates(const Words& p_vecBefore, const std::string& p_strBegun) const {
-    if (p_vecBefore.empty()) {
+    auto start = p_vecBefore.begin();
+    while (p_vecBefore.end() - start > 1 && "expect" == lowerCase(*start) && "fail" == lowerCase(*(start + 1))) {
+        start += 2;
+    }
+    const Words before(start, p_vecBefore.end());
+    if (before.empty()) {
         return begunLike(commandNames(), p_strBegun);
     }
-    const std::string name = lowerCase(p_vecBefore.front());
-    if ("expect" == name && p_vecBefore.size() > 1 && "fail" == lowerCase(p_vecBefore[1])) {
-        return candidates(Words(p_vecBefore.begin() + 2, p_vecBefore.end()), p_strBegun);
-    }
+    const std::string name = lowerCase(before.front());
     if (!isOneOf(name, commandNames())) {
         return {};
     }
     std::vector<std::string> all;
     for (const std::string& way : waysOf(m_objTable.find(name))) {
         Places places(wordsOfWay(way));
-        std::for_each(p_vecBefore.begin() + 1, p_vecBefore.end(),
-                      [&](const std::string& p_strWord) { places.pass(p_strWord); });
+        std::for_each(before.begin() + 1, before.end(), [&](const std::string& p_strWord) { places.pass(p_strWord); });
         for (const UsageWord& word : places.words()) {
             append(all, word.vecLiterals);
             for (const std::string& kind : word.vecKinds) {
-                append(all, allOf(kind, p_vecBefore, p_strBegun));
+                append(all, allOf(kind, before, p_strBegun));
             }
         }
     }

@@ -87,6 +87,14 @@ TEST_F(CompletionOf, CommandsInsideCommandsAreCompleted) {
     EXPECT_THAT(of({"fault", "add", "cmd=34"}, "re"), ElementsAre("result="));
 }
 
+TEST_F(CompletionOf, CommandsInsideVeryManyCommandsAreCompletedToo) {
+    Words deep;
+    for (int i = 0; i < 100000; ++i) {
+        deep.insert(deep.end(), {"expect", "fail"});
+    }
+    EXPECT_THAT(of(deep, "restor"), IsSupersetOf({"restore", "restoreAe"}));
+}
+
 TEST_F(CompletionOf, AnUnknownCommandHasNothingToOffer) {
     EXPECT_THAT(of({"frobnicate"}, ""), IsEmpty());
     EXPECT_THAT(of({"uinit"}, ""), IsEmpty());

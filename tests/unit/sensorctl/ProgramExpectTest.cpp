@@ -59,6 +59,23 @@ TEST(Expect, AnAnswerWithoutTheFieldIsRefusedWithTheNearestOne) {
     EXPECT_THAT(run.strErrors, testing::HasSubstr("no field \"postion\"; did you mean \"position\"?"));
 }
 
+TEST(Expect, FailuresAreNestedUpToABound) {
+    const DeviceTree tree;
+    const auto nested = [](std::size_t p_nTimes) {
+        std::string line;
+        for (std::size_t i = 0; i < p_nTimes; ++i) {
+            line += "expect fail ";
+        }
+        return line;
+    };
+    EXPECT_EQ(runScript(tree, nested(16) + "echo fine\n").nStatus, 0);
+    for (const std::size_t tooMany : {17U, 18U, 80000U}) {
+        const ProgramResult run = runScript(tree, nested(tooMany) + "echo fine\n");
+        EXPECT_EQ(run.nStatus, 1);
+        EXPECT_THAT(run.strErrors, testing::HasSubstr("expect fail is nested too deeply"));
+    }
+}
+
 TEST(Expect, WhatIsFoundIsShownShort) {
     const DeviceTree tree;
     const ProgramResult run = runScript(tree, "init\nexpect sent nothing\n");
