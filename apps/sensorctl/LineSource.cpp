@@ -1,13 +1,30 @@
 #include "apps/sensorctl/LineSource.h"
 
+#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Interrupt.h"
 #include "apps/sensorctl/Tokeniser.h"
 
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 namespace sensorctl {
+
+namespace {
+
+// What keeps a line from standing in a script; empty when nothing does.
+std::string problemOf(const std::string& p_strLine) {
+    try {
+        tokenise(p_strLine);
+        return {};
+    } catch (const CommandError& error) {
+        return error.what();
+    }
+}
+
+}  // namespace
 
 ArgumentLines::ArgumentLines(const std::vector<std::string>& p_vecArguments) {
     std::vector<std::string> command;
@@ -30,7 +47,8 @@ bool ArgumentLines::next(Line& p_stLine) {
     }
     const std::vector<std::string>& words = m_vecCommands[m_nNext];
     ++m_nNext;
-    p_stLine = {{"command", m_nNext}, lineOfWords(words), "", words};
+    const std::string line = lineOfWords(words);
+    p_stLine = {{"command", m_nNext}, line, problemOf(line), words};
     return true;
 }
 
@@ -50,6 +68,11 @@ bool StreamLines::next(Line& p_stLine) {
         }
         m_nUsed += piece + (complete ? 1 : 0);
     }
+    if (0 != m_nError && !m_bErrorTold) {
+        m_bErrorTold = true;
+        found = true;
+        p_stLine.strProblem = std::string("reading failed: ") + std::strerror(m_nError);
+    }
     m_nNumber += found ? 1 : 0;
     return found && 0 == interruptSignal();
 }
@@ -59,9 +82,13 @@ bool StreamLines::fill() {
     if (m_nUsed < m_strBuffer.size()) {
         return true;
     }
+    if (0 != m_nError) {
+        return false;
+    }
     m_strBuffer.resize(kPiece);
     m_nUsed = 0;
     const ssize_t count = waitForInput(m_nDescriptor) ? read(m_nDescriptor, m_strBuffer.data(), kPiece) : 0;
+    m_nError = count < 0 ? errno : 0;
     m_strBuffer.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     return count > 0;
 }

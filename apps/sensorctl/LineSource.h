@@ -29,7 +29,8 @@ public:
     virtual bool isConversation() const { return false; }
 };
 
-// Commands in the arguments of the program, separated by arguments "--".
+// Commands in the arguments of the program, separated by arguments "--". One that could not stand in a script, because of
+// a byte that is not text, is handed out with its problem.
 class ArgumentLines : public LineSource {
 public:
     explicit ArgumentLines(const std::vector<std::string>& p_vecArguments);
@@ -41,7 +42,7 @@ private:
 };
 
 // Lines of a file or of standard input. A line longer than kLongestLine is handed out cut, with its problem; what is left
-// of it is skipped.
+// of it is skipped. A read that fails ends the lines; the last one that is handed out has that as its problem.
 class StreamLines : public LineSource {
 public:
     static constexpr std::size_t kLongestLine = 1024 * 1024;  // bytes; bounds what hostile input can make us hold
@@ -58,6 +59,8 @@ private:
     std::string m_strBuffer;  // bytes read ahead
     std::size_t m_nUsed = 0;  // of m_strBuffer
     std::size_t m_nNumber = 0;
+    int m_nError = 0;  // errno of the read that failed
+    bool m_bErrorTold = false;
 };
 
 }  // namespace sensorctl

@@ -102,7 +102,8 @@ private:
 };
 
 bool isPlain(const std::string& p_strWord) {
-    return !p_strWord.empty() && '#' != p_strWord.front() && std::string::npos == p_strWord.find_first_of(" \t\n\"'\\");
+    return !p_strWord.empty() && '#' != p_strWord.front() &&
+           std::string::npos == p_strWord.find_first_of(" \t\n\r\"'\\");
 }
 
 }  // namespace

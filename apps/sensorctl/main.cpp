@@ -6,6 +6,9 @@
 #include "apps/sensorctl/Program.h"
 #include "simcam/Camera.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -14,9 +17,20 @@
 
 namespace {
 constexpr std::size_t kTranscriptLimit = 100000;  // entries: a day of cycles that ask the driver once a second
+
+// The number of a standard descriptor that is closed would go to the next file that is opened. It is taken by one with
+// which reading or writing fails, as it would have failed.
+void occupyStandardDescriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (-1 == fcntl(descriptor, F_GETFD)) {
+            open("/dev/null", STDIN_FILENO == descriptor ? O_WRONLY : O_RDONLY);
+        }
+    }
 }
 
+}  // namespace
 int main(int argc, char** argv) {
+    occupyStandardDescriptors();
     try {
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
         if (!arguments.empty() && "--complete" == arguments.front()) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -72,6 +73,17 @@ TEST(StreamLines, ALongerLineIsCutReportedAndSkipped) {
     EXPECT_EQ(lines[1].stPosition.nNumber, 2u);
 }
 
+TEST(StreamLines, AReadThatFailsIsTheProblemOfALastLine) {
+    const int folder = open(".", O_RDONLY | O_DIRECTORY);
+    StreamLines source(folder, "script");
+    Line line;
+    ASSERT_TRUE(source.next(line));
+    EXPECT_EQ(line.stPosition.text(), "script:1");
+    EXPECT_EQ(line.strProblem, "reading failed: Is a directory");
+    EXPECT_FALSE(source.next(line));
+    close(folder);
+}
+
 std::vector<std::vector<std::string>> commandsOf(const std::vector<std::string>& p_vecArguments) {
     ArgumentLines source(p_vecArguments);
     std::vector<std::vector<std::string>> commands;
@@ -95,6 +107,17 @@ TEST(ArgumentLines, SeparatorsWithoutACommandBetweenThemCountForNothing) {
 
 TEST(ArgumentLines, AnArgumentWithBlanksStaysOneWord) {
     EXPECT_THAT(commandsOf({"echo", "a b"}), ElementsAre(ElementsAre("echo", "a b")));
+}
+
+TEST(ArgumentLines, AByteThatNoScriptCanHoldIsTheProblemOfItsCommand) {
+    for (const char* const word : {"a\x01", "a\r"}) {
+        ArgumentLines source({"echo", word, "--", "echo", "two\nlines"});
+        Line line;
+        ASSERT_TRUE(source.next(line));
+        EXPECT_THAT(line.strProblem, HasSubstr("is not text"));
+        ASSERT_TRUE(source.next(line));
+        EXPECT_EQ(line.strProblem, "");
+    }
 }
 
 }  // namespace

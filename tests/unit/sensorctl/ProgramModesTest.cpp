@@ -3,6 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace {
 
 using testing::AllOf;
@@ -49,6 +52,22 @@ TEST(ProgramModes, AScriptThatCannotBeReadIsWrongUse) {
         EXPECT_THAT(run.strErrors, HasSubstr("cannot be read"));
         EXPECT_EQ(run.strOutput, "");
     }
+}
+
+TEST(ProgramModes, AClosedStandardInputIsAFailureAndNotWaitedFor) {
+    if (programWords().size() > 1) {
+        GTEST_SKIP() << "the emulator takes the descriptor for itself";
+    }
+    const DeviceTree tree;
+    const pid_t child = fork();
+    if (0 == child) {
+        close(STDIN_FILENO);
+        becomeProgram({"--root", tree.path()});
+    }
+    int waited = 0;
+    ASSERT_EQ(waitpid(child, &waited, 0), child);
+    ASSERT_TRUE(WIFEXITED(waited));
+    EXPECT_EQ(WEXITSTATUS(waited), 1);
 }
 
 TEST(ProgramModes, WithoutADeviceRootNothingRuns) {
