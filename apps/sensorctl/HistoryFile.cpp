@@ -82,6 +82,11 @@ bool HistoryFile::append(const std::vector<std::string>& p_vecLines) const {
     if (m_strPath.empty() || p_vecLines.empty()) {
         return true;
     }
+    std::error_code error;
+    const fs::file_status status = fs::status(m_strPath, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        return false;  // a device such as /dev/null would be replaced
+    }
     std::vector<std::string> lines = load();
     std::copy_if(p_vecLines.begin(), p_vecLines.end(), std::back_inserter(lines), isKept);
     keepNewest(lines);

@@ -23,7 +23,7 @@ public:
     std::vector<std::string> load() const;
 
     // Adds lines to what the file holds by now, and drops the oldest. Folders on the way are made, for the user alone.
-    // False when it cannot be written.
+    // False when it cannot be written, or is something else than a regular file.
     bool append(const std::vector<std::string>& p_vecLines) const;
 
 private:

@@ -91,6 +91,14 @@ TEST(HistoryFile, APlaceThatCannotBeWrittenLosesNothing) {
     EXPECT_FALSE(instead.append({"init"}));
 }
 
+TEST(HistoryFile, WhatIsNoRegularFileIsNotReplaced) {
+    const TestRoot folder;
+    const std::string pipe = folder.path() + "/pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(HistoryFile(pipe).append({"init"}));
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
 TEST(HistoryPath, ItLiesInTheUsersStateUnlessAVariableNamesAnotherPlace) {
     EXPECT_EQ(historyPath(nullptr, nullptr, "/home/u", "/tree"), "/home/u/.local/state/sensorctl/history");
     EXPECT_EQ(historyPath(nullptr, "/state", "/home/u", "/tree"), "/state/sensorctl/history");
