@@ -156,6 +156,11 @@ ParsedOptions parseOptions(const std::vector<std::string>& p_vecArguments, const
     } else if (!options.vecCommands.empty() && startsWith(options.vecCommands.front(), "-")) {
         return refuse(unknownOption(app, options.vecCommands.front()));
     }
+    for (const char* const name : {"--script", "--record"}) {
+        if (0 != app.count(name) && app.get_option(name)->as<std::string>().empty()) {
+            return refuse(std::string(name) + " needs the name of a file");
+        }
+    }
     if (!options.vecCommands.empty() && !options.strScript.empty()) {
         return refuse("commands come either from the arguments or from --script");
     }

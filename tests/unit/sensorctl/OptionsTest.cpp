@@ -131,6 +131,8 @@ TEST(Options, BadValuesAreRefused) {
     EXPECT_THAT(refusalOf({"--at", "noon"}), HasSubstr("a time is"));
     EXPECT_THAT(refusalOf({"--library-output", "printer"}), HasSubstr("library-output"));
     EXPECT_THAT(refusalOf({"--script"}), HasSubstr("script"));
+    EXPECT_THAT(refusalOf({"--script", ""}), HasSubstr("--script needs the name of a file"));
+    EXPECT_THAT(refusalOf({"--record", "", "init"}), HasSubstr("--record needs the name of a file"));
 }
 
 TEST(Options, OptionsThatContradictEachOtherAreRefused) {
