@@ -82,7 +82,6 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"SetBeforeInit", "set brightness 50", "the library returned -1; the channel is not initialised"},
         Row{"TextBeforeInit", "set (34,50)", "the library returned -1; the channel is not initialised"},
         Row{"SetterBeforeInit", "setDNMode 1", "setDNMode returned false; the channel is not initialised"},
-        Row{"GetterBeforeInit", "getWDRSwitch", "getWDRSwitch returned false; the channel is not initialised"},
         Row{"GetOfOneBeforeInit", "get brightness", "getParameter returned false; the channel is not initialised"},
         Row{"FlushBeforeInit", "flush", "the library failed (-1); the channel is not initialised"},
         Row{"SchemeBeforeInit", "scheme 1", "setParamScheme returned false; the channel is not initialised"},
