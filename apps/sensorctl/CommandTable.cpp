@@ -25,7 +25,9 @@ const Command& CommandTable::find(const std::string& p_strName) const {
         }
         names.push_back(command.strName);
     }
-    throw CommandError("unknown command " + quoted(p_strName) + didYouMean(nearestMatch(p_strName, names)));
+    const std::string nearest = nearestMatch(p_strName, names);
+    throw CommandError("unknown command " + quoted(p_strName) +
+                       (nearest.empty() ? "; help lists the commands" : didYouMean(nearest)));
 }
 
 const Command& CommandTable::match(const Words& p_vecWords) const {

@@ -35,7 +35,7 @@ TEST(CommandTable, ACommandIsFoundInAnyCase) {
 TEST(CommandTable, AnUnknownCommandIsRefusedWithTheNearestName) {
     EXPECT_EQ(refusalOf({"sett"}), "unknown command \"sett\"; did you mean \"set\"?");
     EXPECT_EQ(refusalOf({"getDNStat"}), "unknown command \"getDNStat\"; did you mean \"getDNState\"?");
-    EXPECT_EQ(refusalOf({"frobnicate"}), "unknown command \"frobnicate\"");
+    EXPECT_EQ(refusalOf({"frobnicate"}), "unknown command \"frobnicate\"; help lists the commands");
 }
 
 TEST(CommandTable, TheNumberOfArgumentsIsChecked) {
