@@ -54,10 +54,9 @@ TEST(ProgramModes, AScriptThatCannotBeReadIsWrongUse) {
     }
 }
 
+// Not for 32-bit ARM: an emulator takes the closed descriptor for itself, so that the program never sees it closed.
+#ifndef __arm__
 TEST(ProgramModes, AClosedStandardInputIsAFailureAndNotWaitedFor) {
-    if (programWords().size() > 1) {
-        GTEST_SKIP() << "the emulator takes the descriptor for itself";
-    }
     const DeviceTree tree;
     const pid_t child = fork();
     if (0 == child) {
@@ -69,6 +68,7 @@ TEST(ProgramModes, AClosedStandardInputIsAFailureAndNotWaitedFor) {
     ASSERT_TRUE(WIFEXITED(waited));
     EXPECT_EQ(WEXITSTATUS(waited), 1);
 }
+#endif
 
 TEST(ProgramModes, WithoutADeviceRootNothingRuns) {
     const ProgramResult run = runProgram({"echo", "never"});

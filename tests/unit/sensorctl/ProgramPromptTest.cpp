@@ -23,7 +23,7 @@ protected:
     std::unique_ptr<Terminal> start(std::vector<std::string> p_vecOptions = {}) {
         p_vecOptions.insert(p_vecOptions.begin(), {"--root", m_objTree.path(), "--library-output", "none"});
         auto terminal = std::make_unique<Terminal>(p_vecOptions, m_objHome.path());
-        terminal->until(kPrompt);
+        terminal->untilPrompt(kPrompt);
         return terminal;
     }
 
@@ -34,9 +34,9 @@ protected:
 TEST_F(Prompt, CommandsAreRunLineByLine) {
     const auto terminal = start();
     terminal->type("init\r");
-    EXPECT_THAT(terminal->until(kPrompt), HasSubstr("init: channel=1"));
+    EXPECT_THAT(terminal->untilPrompt(kPrompt), HasSubstr("init: channel=1"));
     terminal->type("set brightness 60\r");
-    EXPECT_THAT(terminal->until(kPrompt), HasSubstr("set KEY_BRIGHTNESS (34) = 60"));
+    EXPECT_THAT(terminal->untilPrompt(kPrompt), HasSubstr("set KEY_BRIGHTNESS (34) = 60"));
     terminal->type("quit\r");
     EXPECT_EQ(terminal->finish(), 0);
 }
@@ -44,7 +44,7 @@ TEST_F(Prompt, CommandsAreRunLineByLine) {
 TEST_F(Prompt, ACommandThatFailsDoesNotEndTheSession) {
     const auto terminal = start();
     terminal->type("frobnicate\r");
-    EXPECT_THAT(terminal->until(kPrompt), HasSubstr("prompt:1: unknown command \"frobnicate\""));
+    EXPECT_THAT(terminal->untilPrompt(kPrompt), HasSubstr("prompt:1: unknown command \"frobnicate\""));
     terminal->type("echo still here\r");
     terminal->until("\nstill here");
     terminal->type(kControlD);
@@ -54,18 +54,18 @@ TEST_F(Prompt, ACommandThatFailsDoesNotEndTheSession) {
 TEST_F(Prompt, TabCompletesCommandsKeysAndValues) {
     const auto terminal = start();
     terminal->type("init\r");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("set brig\t");
     terminal->until("brightness ");
     terminal->type("61\r");
     terminal->until("= 61");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("set light_ty\t");
     terminal->until("light_type ");
     terminal->type("\t");
     EXPECT_THAT(terminal->until("2"), HasSubstr("\n0  1  2"));
     terminal->type(kControlC);
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("scene l\t0.5\r");
     terminal->until("lux=0.5");
 }
@@ -75,7 +75,7 @@ TEST_F(Prompt, TabCorrectsTheCaseAndListsWhatIsPossible) {
     terminal->type("SHUT\t");
     terminal->until("shutter ");
     terminal->type(kControlC);
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("get IR_MAN\t");
     terminal->until("ir_manual_strg_");
     terminal->type("\t");
@@ -88,16 +88,16 @@ TEST_F(Prompt, TabCorrectsTheCaseAndListsWhatIsPossible) {
 TEST_F(Prompt, CompletionLeavesNoTraceAtTheDriver) {
     const auto terminal = start();
     terminal->type("init\r");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("transcript clear\r");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("set max_shutt\t\t");
     terminal->until("28");  // the values to choose from
     terminal->type(kControlC);
     terminal->until("^C\n");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("transcript\r");
-    EXPECT_THAT(terminal->until(kPrompt), HasSubstr("\n0 of "));
+    EXPECT_THAT(terminal->untilPrompt(kPrompt), HasSubstr("\n0 of "));
 }
 
 TEST_F(Prompt, ControlCDiscardsTheLine) {
@@ -106,10 +106,10 @@ TEST_F(Prompt, ControlCDiscardsTheLine) {
     terminal->until("quit");
     terminal->type(kControlC);
     terminal->until("^C\n");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("echo here\r");
     terminal->until("\nhere");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type(kControlD);
     EXPECT_EQ(terminal->finish(), 0);
 }
@@ -120,7 +120,7 @@ TEST_F(Prompt, ControlCEndsTheCommandThatIsRunning) {
     terminal->until("\n> wait 600000");
     terminal->type(kControlC);
     terminal->until("wait: clock=");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->type("quit\r");
     EXPECT_EQ(terminal->finish(), 0);
 }
@@ -129,15 +129,15 @@ TEST_F(Prompt, WhatWasTypedComesBackInTheNextSession) {
     {
         const auto terminal = start();
         terminal->type("echo first\r");
-        terminal->until(kPrompt);
+        terminal->untilPrompt(kPrompt);
         terminal->type("echo second\r");
-        terminal->until(kPrompt);
+        terminal->untilPrompt(kPrompt);
         terminal->type("   \r");
-        terminal->until(kPrompt);
+        terminal->untilPrompt(kPrompt);
         terminal->type(kUp);
         terminal->until("echo second");
         terminal->type("\r");
-        terminal->until(kPrompt);
+        terminal->untilPrompt(kPrompt);
         terminal->type(kControlD);
         terminal->finish();
     }
@@ -153,9 +153,9 @@ TEST_F(Prompt, WhatWasTypedComesBackInTheNextSession) {
 
 TEST_F(Prompt, NothingOfTheUserIsKeptInTheDeviceRoot) {
     Terminal terminal({"--root", m_objTree.path(), "--library-output", "none"}, m_objTree.path());
-    terminal.until(kPrompt);
+    terminal.untilPrompt(kPrompt);
     terminal.type("echo secret\r");
-    terminal.until(kPrompt);
+    terminal.untilPrompt(kPrompt);
     terminal.type(kControlD);
     EXPECT_EQ(terminal.finish(), 0);
     EXPECT_FALSE(m_objTree.exists("/.local"));
@@ -165,7 +165,7 @@ TEST_F(Prompt, ATerminalThatGoesAwayEndsTheSession) {
     const auto terminal = start();
     terminal->type("echo kept\r");
     terminal->until("\nkept");
-    terminal->until(kPrompt);
+    terminal->untilPrompt(kPrompt);
     terminal->signal(SIGTERM);
     EXPECT_EQ(terminal->finish(), 128 + SIGTERM);
     EXPECT_EQ(m_objHome.read(kHistory), "echo kept\n");

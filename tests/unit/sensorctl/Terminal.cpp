@@ -6,6 +6,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -60,7 +61,8 @@ void Terminal::signal(int p_nSignal) {
 bool Terminal::readMore() {
     pollfd waited{m_nTerminal, POLLIN, 0};
     char buffer[4096];
-    const ssize_t count = poll(&waited, 1, kDeadline) > 0 ? read(m_nTerminal, buffer, sizeof(buffer)) : 0;
+    m_bLate = poll(&waited, 1, kDeadline) <= 0;
+    const ssize_t count = m_bLate ? 0 : read(m_nTerminal, buffer, sizeof(buffer));
     m_strSeen.append(buffer, static_cast<std::size_t>(count > 0 ? count : 0));
     return count > 0;
 }
@@ -80,8 +82,32 @@ std::string Terminal::until(const std::string& p_strText) {
     }
 }
 
+// What is typed between the prompt's appearance and the terminal's switch to single keys would be handled a line at a time:
+// an end of input among it gets lost.
+std::string Terminal::untilPrompt(const std::string& p_strPrompt) {
+    const std::string seen = until(p_strPrompt);
+    const auto isByLine = [this] {
+        termios mode{};
+        return 0 == tcgetattr(m_nTerminal, &mode) && 0 != (mode.c_lflag & static_cast<tcflag_t>(ICANON));
+    };
+    constexpr int kLook = 1;  // milliseconds between two looks
+    for (int waited = 0; isByLine(); waited += kLook) {
+        if (waited >= kDeadline) {
+            ADD_FAILURE() << "the prompt does not read single keys";
+            break;
+        }
+        pollfd nothing{-1, 0, 0};
+        poll(&nothing, 1, kLook);
+    }
+    return seen;
+}
+
 int Terminal::finish() {
     while (readMore()) {
+    }
+    if (m_bLate) {
+        ADD_FAILURE() << "the program does not end; on the screen: " << withoutEscapes(m_strSeen);
+        kill(m_nChild, SIGKILL);
     }
     int waited = 0;
     waitpid(m_nChild, &waited, 0);

@@ -20,6 +20,9 @@ public:
     // before to the end of this one, escape sequences left out. Fails the test when it does not come within a minute.
     std::string until(const std::string& p_strText);
 
+    // The same for the prompt, and waits until it reads single keys.
+    std::string untilPrompt(const std::string& p_strPrompt);
+
     void signal(int p_nSignal);
 
     // Waits for the end and returns the exit status. Fails the test when it does not come within a minute.
@@ -31,4 +34,5 @@ private:
     pid_t m_nChild = -1;
     int m_nTerminal = -1;
     std::string m_strSeen;  // not yet waited for
+    bool m_bLate = false;   // nothing came within the deadline
 };
