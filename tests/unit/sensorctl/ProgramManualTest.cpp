@@ -200,9 +200,9 @@ protected:
         script +=
             ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\nCOMPREPLY=()\n_sensorctl sensorctl\n"
             "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
-        std::ofstream("completion-test.bash") << script;
-        const Output output = shell("bash completion-test.bash");
-        std::remove("completion-test.bash");
+        const TestRoot folder;
+        folder.write("/completion.bash", script);
+        const Output output = shell("bash '" + folder.path() + "/completion.bash'");
         EXPECT_EQ(output.nStatus, 0) << output.strText;
         std::vector<std::string> words = sensorctl::linesOf(output.strText);
         return words == std::vector<std::string>{""} ? std::vector<std::string>() : words;
