@@ -134,7 +134,7 @@ std::vector<std::string> tableOf(const std::vector<Row>& p_vecRows) {
     for (const Row& row : p_vecRows) {
         std::string range = row.stStyle.rangeText();
         if (range.size() > kWidestRange && p_vecRows.size() > 1) {
-            range = range.substr(0, kWidestRange - 3) + "...";
+            range.replace(kWidestRange - 3, std::string::npos, "...");
         }
         cells.push_back({std::to_string(row.stStyle.nKey), nameOf(row.stStyle),
                          number(row.value) + (row.isChanged() ? "*" : ""), number(row.stStyle.defaultValue),
