@@ -47,6 +47,7 @@ TEST_F(Prompt, ACommandThatFailsDoesNotEndTheSession) {
     EXPECT_THAT(terminal->untilPrompt(kPrompt), HasSubstr("prompt:1: unknown command \"frobnicate\""));
     terminal->type("echo still here\r");
     terminal->until("\nstill here");
+    terminal->untilPrompt(kPrompt);
     terminal->type(kControlD);
     EXPECT_EQ(terminal->finish(), 1);
 }
