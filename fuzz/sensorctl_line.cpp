@@ -3,8 +3,8 @@
 // 1. The input is one line. Take it apart; what cannot be taken apart is refused with an error.
 // 2. Put the words together again and take that apart: the same words.
 // 3. Hand the words to the program's options: they are understood, or there is a text that says why not.
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Options.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/Tokeniser.h"
 #include "fuzz/support/Fuzz.h"
 

@@ -1,8 +1,6 @@
 #include "apps/sensorctl/CommandTable.h"
 
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/NearestMatch.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <stdexcept>
 

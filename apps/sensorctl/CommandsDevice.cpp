@@ -1,10 +1,7 @@
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
-#include "apps/sensorctl/NearestMatch.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Session.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/SubCommands.h"
-#include "apps/sensorctl/Text.h"
 
 namespace sensorctl {
 

@@ -1,11 +1,7 @@
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
-#include "apps/sensorctl/KeyNames.h"
-#include "apps/sensorctl/NearestMatch.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/ParameterSets.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/Table.h"
-#include "apps/sensorctl/Text.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/HelpTexts.h"
 #include "apps/sensorctl/Interpreter.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/Usage.h"
 
 #include <algorithm>

@@ -1,8 +1,7 @@
 #include "apps/sensorctl/Commands.h"
-#include "apps/sensorctl/KeyNames.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
+#include "apps/sensorctl/Shared.h"
 
 namespace sensorctl {
 

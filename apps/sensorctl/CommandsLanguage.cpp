@@ -1,9 +1,7 @@
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/DocumentResult.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Session.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,9 +1,8 @@
 #include "apps/sensorctl/ClockText.h"
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
+#include "apps/sensorctl/Shared.h"
 #include "platform/DeviceRoot.h"
 #include "platform/MachineInfo.h"
 

@@ -1,6 +1,6 @@
 #include "apps/sensorctl/Commands.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Session.h"
+#include "apps/sensorctl/Shared.h"
 
 namespace sensorctl {
 

@@ -1,6 +1,6 @@
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Interpreter.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 namespace sensorctl {
 

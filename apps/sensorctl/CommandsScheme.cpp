@@ -1,11 +1,8 @@
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/DocumentResult.h"
-#include "apps/sensorctl/NearestMatch.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Refusal.h"
 #include "apps/sensorctl/Session.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 namespace sensorctl {
 

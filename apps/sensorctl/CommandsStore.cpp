@@ -1,10 +1,6 @@
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
-#include "apps/sensorctl/KeyNames.h"
-#include "apps/sensorctl/Number.h"
-#include "apps/sensorctl/ParameterFile.h"
 #include "apps/sensorctl/Session.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <cstdio>
 

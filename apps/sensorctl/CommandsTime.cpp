@@ -1,7 +1,7 @@
 #include "apps/sensorctl/ClockText.h"
 #include "apps/sensorctl/Commands.h"
-#include "apps/sensorctl/Number.h"
 #include "apps/sensorctl/Session.h"
+#include "apps/sensorctl/Shared.h"
 
 namespace sensorctl {
 

@@ -1,7 +1,7 @@
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Interpreter.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/SubCommands.h"
-#include "apps/sensorctl/Text.h"
 #include "apps/sensorctl/TranscriptMatch.h"
 
 namespace sensorctl {

@@ -1,8 +1,6 @@
 #include "apps/sensorctl/Completion.h"
 
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/KeyNames.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/Usage.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "apps/sensorctl/DebugSign.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/sensorctl/Shared.h"
 #include "platform/DeviceRoot.h"
 
 #include <cstdio>

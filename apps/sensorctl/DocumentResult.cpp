@@ -1,6 +1,6 @@
 #include "apps/sensorctl/DocumentResult.h"
 
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 namespace sensorctl {
 

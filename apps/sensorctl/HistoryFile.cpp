@@ -1,6 +1,6 @@
 #include "apps/sensorctl/HistoryFile.h"
 
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

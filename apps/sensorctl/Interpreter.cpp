@@ -1,11 +1,9 @@
 #include "apps/sensorctl/Interpreter.h"
 
 #include "apps/sensorctl/ClockText.h"
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Interrupt.h"
-#include "apps/sensorctl/KeyNames.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/Tokeniser.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "apps/sensorctl/LineSource.h"
 
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Interrupt.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/Tokeniser.h"
 
 #include <unistd.h>

@@ -1,9 +1,7 @@
 #include "apps/sensorctl/Options.h"
 
 #include "apps/sensorctl/ClockText.h"
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/NearestMatch.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <CLI/CLI.hpp>
 

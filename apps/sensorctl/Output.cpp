@@ -1,6 +1,6 @@
 #include "apps/sensorctl/Output.h"
 
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,6 @@
 #include "apps/sensorctl/ParameterSets.h"
 
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/KeyNames.h"
+#include "apps/sensorctl/Shared.h"
 
 namespace sensorctl {
 

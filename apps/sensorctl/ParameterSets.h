@@ -3,9 +3,8 @@
 // Everything goes through the library's own operations. One thread.
 #pragma once
 
-#include "apps/sensorctl/ParameterFile.h"
 #include "apps/sensorctl/Session.h"
-#include "apps/sensorctl/StyleParameters.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <vector>
 

@@ -1,13 +1,11 @@
 #include "apps/sensorctl/Program.h"
 
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Completion.h"
 #include "apps/sensorctl/HistoryFile.h"
 #include "apps/sensorctl/Interpreter.h"
 #include "apps/sensorctl/Interrupt.h"
 #include "apps/sensorctl/Prompt.h"
-#include "apps/sensorctl/StyleParameters.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 #include "platform/DeviceRoot.h"
 
 #include <fcntl.h>

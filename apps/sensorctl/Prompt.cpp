@@ -2,7 +2,7 @@
 
 #include "apps/sensorctl/Completion.h"
 #include "apps/sensorctl/Interrupt.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <fcntl.h>
 #include <histedit.h>

@@ -1,8 +1,7 @@
 #include "apps/sensorctl/Recorder.h"
 
 #include "apps/sensorctl/ClockText.h"
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <fcntl.h>
 #include <unistd.h>

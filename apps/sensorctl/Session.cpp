@@ -1,7 +1,7 @@
 #include "apps/sensorctl/Session.h"
 
-#include "apps/sensorctl/CommandError.h"
 #include "apps/sensorctl/Interrupt.h"
+#include "apps/sensorctl/Shared.h"
 #include "platform/DeviceType.h"
 #include "platform/MachineInfo.h"
 #include "platform/VelmorTime.h"

@@ -1,7 +1,6 @@
 #include "apps/sensorctl/Table.h"
 
-#include "apps/sensorctl/Number.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <algorithm>
 

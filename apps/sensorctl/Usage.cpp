@@ -1,6 +1,6 @@
 #include "apps/sensorctl/Usage.h"
 
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,7 +1,7 @@
 #include "apps/sensorctl/Watch.h"
 
-#include "apps/sensorctl/KeyNames.h"
 #include "apps/sensorctl/ParameterSets.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <algorithm>
 #include <cmath>

@@ -6,7 +6,7 @@
 
 #include "apps/sensorctl/Result.h"
 #include "apps/sensorctl/Session.h"
-#include "apps/sensorctl/StyleParameters.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <map>
 #include <set>

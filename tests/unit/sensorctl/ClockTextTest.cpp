@@ -1,6 +1,6 @@
 #include "apps/sensorctl/ClockText.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "apps/sensorctl/CommandTable.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/sensorctl/Shared.h"
 
 #include <gmock/gmock.h>
 

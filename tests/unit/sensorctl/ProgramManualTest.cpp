@@ -1,7 +1,7 @@
 // Help, manual page, the page in docs/ and the completion of bash: they say what the program does.
 #include "apps/sensorctl/HelpTexts.h"
 #include "apps/sensorctl/Options.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/sensorctl/Shared.h"
 #include "apps/sensorctl/Usage.h"
 #include "tests/unit/sensorctl/AllCommands.h"
 #include "tests/unit/sensorctl/ProgramRun.h"

@@ -1,6 +1,6 @@
 #include "apps/sensorctl/Recorder.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/sensorctl/Shared.h"
 #include "tests/support/FullMedium.h"
 #include "tests/support/TestRoot.h"
 

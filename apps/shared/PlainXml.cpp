@@ -1,9 +1,9 @@
-#include "apps/sensorctl/PlainXml.h"
+#include "apps/shared/PlainXml.h"
 
 #include <cstring>
 #include <vector>
 
-namespace sensorctl {
+namespace apps {
 
 namespace {
 
@@ -137,4 +137,4 @@ bool isPlainXml(const std::string& p_strText, std::size_t p_nLevels) {
     return Walk(p_strText, p_nLevels).document();
 }
 
-}  // namespace sensorctl
+}  // namespace apps

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace sensorctl {
+namespace apps {
 
 struct StoredValue {
     u32 nKey;
@@ -33,4 +33,4 @@ ParameterFile readParameterFile(const std::string& p_strName);
 // Replaces the file. Throws CommandError when that fails.
 void writeParameterFile(const std::string& p_strName, const ParameterFile& p_stFile);
 
-}  // namespace sensorctl
+}  // namespace apps

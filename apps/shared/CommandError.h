@@ -5,11 +5,11 @@
 #include <stdexcept>
 #include <string>
 
-namespace sensorctl {
+namespace apps {
 
 class CommandError : public std::runtime_error {
 public:
     explicit CommandError(const std::string& p_strText) : std::runtime_error(p_strText) {}
 };
 
-}  // namespace sensorctl
+}  // namespace apps

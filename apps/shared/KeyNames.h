@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace sensorctl {
+namespace apps {
 
 struct KeyName {
     const char* szName;  // for instance "KEY_BRIGHTNESS"
@@ -35,4 +35,4 @@ u32 parseKey(const std::string& p_strWord);
 // "KEY_BRIGHTNESS (34)", or "key 201" for a key without a name.
 std::string describeKey(u32 p_nKey);
 
-}  // namespace sensorctl
+}  // namespace apps

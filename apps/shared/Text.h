@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace sensorctl {
+namespace apps {
 
 std::string lowerCase(std::string p_strText);
 
@@ -25,4 +25,4 @@ std::string quoted(const std::string& p_strText);
 // The text with every control byte but newline and tab as \xNN, so that it cannot drive a terminal.
 std::string printable(const std::string& p_strText);
 
-}  // namespace sensorctl
+}  // namespace apps

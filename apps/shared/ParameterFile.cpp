@@ -1,9 +1,9 @@
-#include "apps/sensorctl/ParameterFile.h"
+#include "apps/shared/ParameterFile.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/shared/CommandError.h"
 #include "platform/QVFile.h"
 
-namespace sensorctl {
+namespace apps {
 
 namespace {
 
@@ -77,4 +77,4 @@ void writeParameterFile(const std::string& p_strName, const ParameterFile& p_stF
     }
 }
 
-}  // namespace sensorctl
+}  // namespace apps

@@ -1,12 +1,12 @@
-#include "apps/sensorctl/StyleParameters.h"
+#include "apps/shared/StyleParameters.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/shared/CommandError.h"
 #include "platform/DeviceRoot.h"
 #include "tests/support/TestRoot.h"
 
 #include <gmock/gmock.h>
 
-namespace sensorctl {
+namespace apps {
 namespace {
 
 using testing::ElementsAre;
@@ -103,4 +103,4 @@ TEST(StyleParameters, ValuesAndTabsToChooseComeFromTheFileOfTheChannel) {
 }
 
 }  // namespace
-}  // namespace sensorctl
+}  // namespace apps

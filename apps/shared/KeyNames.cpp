@@ -1,11 +1,11 @@
-#include "apps/sensorctl/KeyNames.h"
+#include "apps/shared/KeyNames.h"
 
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/NearestMatch.h"
-#include "apps/sensorctl/Number.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/shared/CommandError.h"
+#include "apps/shared/NearestMatch.h"
+#include "apps/shared/Number.h"
+#include "apps/shared/Text.h"
 
-namespace sensorctl {
+namespace apps {
 
 namespace {
 
@@ -33,7 +33,7 @@ std::vector<std::string> shortNames() {
 const std::vector<KeyName>& keyNames() {
     static const std::vector<KeyName> vecNames = {
 #define ROW(name, key) {#name, key},
-#include "apps/sensorctl/KeyNames.def"
+#include "apps/shared/KeyNames.def"
 #undef ROW
     };
     return vecNames;
@@ -79,4 +79,4 @@ std::string describeKey(u32 p_nKey) {
     return strName.empty() ? "key " + std::to_string(p_nKey) : strName + " (" + std::to_string(p_nKey) + ")";
 }
 
-}  // namespace sensorctl
+}  // namespace apps

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace sensorctl {
+namespace apps {
 
 constexpr std::int64_t kIntMin = INT32_MIN;
 constexpr std::int64_t kIntMax = INT32_MAX;
@@ -25,4 +25,4 @@ double parseDecimal(const std::string& p_strWord, const char* p_szWhat, double p
 // 1, on, true, yes or 0, off, false, no.
 bool parseSwitch(const std::string& p_strWord, const char* p_szWhat);
 
-}  // namespace sensorctl
+}  // namespace apps

@@ -1,8 +1,8 @@
-#include "apps/sensorctl/NearestMatch.h"
+#include "apps/shared/NearestMatch.h"
 
 #include <gtest/gtest.h>
 
-namespace sensorctl {
+namespace apps {
 namespace {
 
 TEST(NearestMatch, EachKindOfMistakeIsOneStep) {
@@ -44,4 +44,4 @@ TEST(NearestMatch, TheQuestionIsAskedOnlyWhenThereIsAMatch) {
 }
 
 }  // namespace
-}  // namespace sensorctl
+}  // namespace apps

@@ -1,11 +1,11 @@
-#include "apps/sensorctl/ParameterFile.h"
+#include "apps/shared/ParameterFile.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/shared/CommandError.h"
 #include "tests/support/TestRoot.h"
 
 #include <gtest/gtest.h>
 
-namespace sensorctl {
+namespace apps {
 namespace {
 
 const char kName[] = "/mnt/mtd/code/config_file/sensor0.cfg";
@@ -72,4 +72,4 @@ TEST(ParameterFile, MissingAndHostileFilesAreRefused) {
 }
 
 }  // namespace
-}  // namespace sensorctl
+}  // namespace apps

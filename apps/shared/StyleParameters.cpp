@@ -1,8 +1,8 @@
-#include "apps/sensorctl/StyleParameters.h"
+#include "apps/shared/StyleParameters.h"
 
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/KeyNames.h"
-#include "apps/sensorctl/PlainXml.h"
+#include "apps/shared/CommandError.h"
+#include "apps/shared/KeyNames.h"
+#include "apps/shared/PlainXml.h"
 #include "platform/QVFile.h"
 
 #include <tinyxml.h>
@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace sensorctl {
+namespace apps {
 
 namespace {
 
@@ -149,4 +149,4 @@ std::vector<std::string> tabsToChoose(int p_nChannel) {
     return tabs;
 }
 
-}  // namespace sensorctl
+}  // namespace apps

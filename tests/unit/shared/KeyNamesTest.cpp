@@ -1,12 +1,12 @@
-#include "apps/sensorctl/KeyNames.h"
+#include "apps/shared/KeyNames.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/shared/CommandError.h"
 
 #include <gmock/gmock.h>
 
 #include <set>
 
-namespace sensorctl {
+namespace apps {
 namespace {
 
 using testing::HasSubstr;
@@ -90,4 +90,4 @@ TEST(KeyNames, ABadNumberIsRefusedAsANumber) {
 }
 
 }  // namespace
-}  // namespace sensorctl
+}  // namespace apps

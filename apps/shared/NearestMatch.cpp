@@ -1,10 +1,10 @@
-#include "apps/sensorctl/NearestMatch.h"
+#include "apps/shared/NearestMatch.h"
 
-#include "apps/sensorctl/Text.h"
+#include "apps/shared/Text.h"
 
 #include <algorithm>
 
-namespace sensorctl {
+namespace apps {
 
 namespace {
 constexpr std::size_t kLongestWord = 64;  // no known word is longer; bounds the work on hostile input
@@ -57,4 +57,4 @@ std::string didYouMean(const std::string& p_strNearest) {
     return p_strNearest.empty() ? "" : "; did you mean \"" + p_strNearest + "\"?";
 }
 
-}  // namespace sensorctl
+}  // namespace apps

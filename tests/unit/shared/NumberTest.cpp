@@ -1,10 +1,10 @@
-#include "apps/sensorctl/Number.h"
+#include "apps/shared/Number.h"
 
-#include "apps/sensorctl/CommandError.h"
+#include "apps/shared/CommandError.h"
 
 #include <gmock/gmock.h>
 
-namespace sensorctl {
+namespace apps {
 namespace {
 
 using testing::HasSubstr;
@@ -93,4 +93,4 @@ TEST(Number, AWordLooksLikeANumberByItsBeginning) {
 }
 
 }  // namespace
-}  // namespace sensorctl
+}  // namespace apps

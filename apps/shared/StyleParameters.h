@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace sensorctl {
+namespace apps {
 
 struct StyleChoice {
     int nValue;
@@ -43,4 +43,4 @@ std::vector<StyleParameter> parseStyle(const std::string& p_strDocument);
 std::vector<std::string> valuesToChoose(int p_nChannel, u32 p_nKey);
 std::vector<std::string> tabsToChoose(int p_nChannel);
 
-}  // namespace sensorctl
+}  // namespace apps

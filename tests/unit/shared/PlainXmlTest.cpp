@@ -1,8 +1,8 @@
-#include "apps/sensorctl/PlainXml.h"
+#include "apps/shared/PlainXml.h"
 
 #include <gtest/gtest.h>
 
-namespace sensorctl {
+namespace apps {
 namespace {
 
 constexpr std::size_t kLevels = 4;
@@ -68,4 +68,4 @@ TEST(PlainXml, AZeroByteIsRefusedWhereverItStands) {
 }
 
 }  // namespace
-}  // namespace sensorctl
+}  // namespace apps

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-namespace sensorctl {
+namespace apps {
 
 // True for one element with what is in it: every start tag has its end tag, attributes are quoted, "<" stands nowhere else,
 // and no element lies deeper than p_nLevels (1: the root alone). In front a declaration is allowed, comments anywhere.
@@ -12,4 +12,4 @@ namespace sensorctl {
 // deeper than it is, and a parser that descends by calls does not run out of stack.
 bool isPlainXml(const std::string& p_strText, std::size_t p_nLevels);
 
-}  // namespace sensorctl
+}  // namespace apps

@@ -1,12 +1,12 @@
-#include "apps/sensorctl/Number.h"
+#include "apps/shared/Number.h"
 
-#include "apps/sensorctl/CommandError.h"
-#include "apps/sensorctl/Text.h"
+#include "apps/shared/CommandError.h"
+#include "apps/shared/Text.h"
 
 #include <locale>
 #include <sstream>
 
-namespace sensorctl {
+namespace apps {
 
 namespace {
 
@@ -98,4 +98,4 @@ bool parseSwitch(const std::string& p_strWord, const char* p_szWhat) {
     refuse(p_strWord, p_szWhat, "must be 1 or 0 (on or off)");
 }
 
-}  // namespace sensorctl
+}  // namespace apps

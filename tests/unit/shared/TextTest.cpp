@@ -1,8 +1,8 @@
-#include "apps/sensorctl/Text.h"
+#include "apps/shared/Text.h"
 
 #include <gmock/gmock.h>
 
-namespace sensorctl {
+namespace apps {
 namespace {
 
 TEST(Text, LowerCaseTouchesAsciiLettersOnly) {
@@ -48,4 +48,4 @@ TEST(Text, PrintableTextKeepsLinesAndTabsOnly) {
 }
 
 }  // namespace
-}  // namespace sensorctl
+}  // namespace apps

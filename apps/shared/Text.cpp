@@ -1,10 +1,10 @@
-#include "apps/sensorctl/Text.h"
+#include "apps/shared/Text.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <sstream>
 
-namespace sensorctl {
+namespace apps {
 
 namespace {
 
@@ -85,4 +85,4 @@ std::string printable(const std::string& p_strText) {
     return result;
 }
 
-}  // namespace sensorctl
+}  // namespace apps

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace sensorctl {
+namespace apps {
 
 // How many single changes (insert, delete, replace a letter, swap two neighbours) lead from one word to the other.
 std::size_t editDistance(const std::string& p_strFrom, const std::string& p_strTo);
@@ -16,4 +16,4 @@ std::string nearestMatch(const std::string& p_strWord, const std::vector<std::st
 // "; did you mean "set"?", or nothing for an empty word.
 std::string didYouMean(const std::string& p_strNearest);
 
-}  // namespace sensorctl
+}  // namespace apps
