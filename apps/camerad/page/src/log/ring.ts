@@ -1,0 +1,119 @@
+// The newest lines of the camera's log, in order of their numbers, each once.
+//
+// Lines come from two places that overlap: the list that is asked for at the start, and events, of which messages arrive
+// before the driver calls that were made just before them. So a line is put where its number belongs.
+
+export interface LogLine {
+  number: number;
+  time: string;
+  kind: string;      // "driver", "video", "message"; "gap" for lines that are not here
+  channel: number;
+  command: number;
+  option: string;
+  result: number;
+  text: string;
+}
+
+export const kMostLines = 2000;
+
+export class LogRing {
+  private lines: LogLine[] = [];
+  private newest = 0;
+  // Numbers below have been thrown away or cleared; they do not come back.
+  private floor = 0;
+  // Grows with every change.
+  version = 0;
+
+  constructor(private readonly most = kMostLines) {}
+
+  get all(): readonly LogLine[] {
+    return this.lines;
+  }
+
+  get last(): number {
+    return this.newest;
+  }
+
+  // Returns how many lines were new.
+  add(batch: readonly LogLine[]): number {
+    let added = 0;
+    for (const line of batch) {
+      added += this.insert(line) ? 1 : 0;
+    }
+    // Half as much again before the oldest go: a shift of everything for each batch would cost more than it keeps.
+    if (this.lines.length > this.most + this.most / 2) {
+      this.cut();
+    }
+    if (added > 0) {
+      this.version += 1;
+    }
+    return added;
+  }
+
+  // Tells that so many lines after the newest one did not reach this page.
+  addGap(count: number): void {
+    if (count <= 0) {
+      return;
+    }
+    const before = this.lines[this.lines.length - 1];
+    this.lines.push({
+      number: this.newest + 0.5,
+      time: before?.time ?? '',
+      kind: 'gap',
+      channel: 0,
+      command: 0,
+      option: '',
+      result: 0,
+      text: `${count} ${1 === count ? 'line was' : 'lines were'} left out: more came than could be sent`,
+    });
+    this.version += 1;
+  }
+
+  // The lines that are shown, at most as many as were asked for.
+  shown(): readonly LogLine[] {
+    if (this.lines.length > this.most) {
+      this.cut();
+    }
+    return this.lines;
+  }
+
+  clear(): void {
+    this.floor = this.newest;
+    this.lines = [];
+    this.version += 1;
+  }
+
+  // The camera's process began anew and counts from 1 again.
+  restart(): void {
+    this.lines = [];
+    this.newest = 0;
+    this.floor = 0;
+    this.version += 1;
+  }
+
+  private cut(): void {
+    const gone = this.lines.splice(0, this.lines.length - this.most);
+    this.floor = Math.max(this.floor, Math.floor(gone[gone.length - 1]?.number ?? 0));
+  }
+
+  private insert(line: LogLine): boolean {
+    if (!(line.number > this.floor)) {
+      return false;
+    }
+    if (line.number > this.newest) {
+      this.newest = line.number;
+      this.lines.push(line);
+      return true;
+    }
+    // Late lines belong near the end.
+    let at = this.lines.length;
+    while (at > 0 && (this.lines[at - 1] as LogLine).number > line.number) {
+      at -= 1;
+    }
+    if (at > 0 && (this.lines[at - 1] as LogLine).number === line.number) {
+      return false;
+    }
+    this.lines.splice(at, 0, line);
+    return true;
+  }
+}

@@ -1,0 +1,12 @@
+import './style.css';
+
+import { render } from 'preact';
+
+import { App } from './app';
+import { start } from './store';
+
+const root = document.getElementById('app');
+if (null !== root) {
+  render(<App />, root);
+  void start();
+}
