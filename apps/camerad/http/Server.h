@@ -20,27 +20,27 @@ namespace camerad {
 
 struct ServerSettings {
     std::string strAddress = "127.0.0.1";
-    int nPort = 0;               // 0: any that is free
-    std::string strCertificate;  // file on this machine, PEM; with it the server speaks TLS and nothing else
-    std::string strPrivateKey;   // file on this machine, PEM
+    int nPort = 0;                      // 0: any that is free
+    std::string strCertificate;         // file on this machine, PEM; with it the server speaks TLS and nothing else
+    std::string strPrivateKey;          // file on this machine, PEM
     std::vector<std::string> vecHosts;  // names that a Host header may carry besides address and localhost; "*": any
 
-    std::size_t nConnections = 256;     // at a time
-    std::size_t nStreams = 160;         // of them streams
+    std::size_t nConnections = 256;           // at a time
+    std::size_t nStreams = 160;               // of them streams
     std::size_t nConnectionsPerClient = 160;  // of one address
-    std::size_t nHeaderBytes = 16384;   // of one request, with its first line
+    std::size_t nHeaderBytes = 16384;         // of one request, with its first line
     std::size_t nPathBytes = 512;
     std::chrono::milliseconds nHandshakeTime{5000};
-    std::chrono::milliseconds nHeaderTime{5000};   // from the first byte of a request to the end of its header
-    std::chrono::milliseconds nBodyTime{10000};    // for the whole body
-    std::chrono::milliseconds nIdleTime{15000};    // between two requests
-    std::chrono::milliseconds nWriteTime{5000};    // for one write to make headway
+    std::chrono::milliseconds nHeaderTime{5000};  // from the first byte of a request to the end of its header
+    std::chrono::milliseconds nBodyTime{10000};   // for the whole body
+    std::chrono::milliseconds nIdleTime{15000};   // between two requests
+    std::chrono::milliseconds nWriteTime{5000};   // for one write to make headway
 };
 
 struct ServerCounters {
     struct Requests {
         std::uint64_t nCount = 0;
-        double dSeconds = 0;                       // sum
+        double dSeconds = 0;                         // sum
         std::map<double, std::uint64_t> mapBuckets;  // upper bound in seconds to count (cumulative is up to the reader)
     };
     std::map<std::pair<std::string, int>, Requests> mapRequests;  // "GET /api/v1/..." (the pattern) and status
