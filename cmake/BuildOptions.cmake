@@ -56,10 +56,10 @@ target_include_directories(turbojpeg SYSTEM INTERFACE ${TURBOJPEG_INCLUDE_DIR})
 target_link_libraries(turbojpeg INTERFACE ${TURBOJPEG_LIBRARY})
 
 # camerad: the HTTP server is Debian's compiled library, so these must be what it was compiled with; and the hash of
-# passwords.
+# passwords. A cross build has both without their development packages, hence the second names.
 if(SENSORDLL_TOOLS)
   find_path(HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)
-  find_library(HTTPLIB_LIBRARY cpp-httplib REQUIRED)
+  find_library(HTTPLIB_LIBRARY NAMES cpp-httplib libcpp-httplib.so.0.11 REQUIRED)
   add_library(httplib INTERFACE)
   target_include_directories(httplib SYSTEM INTERFACE ${HTTPLIB_INCLUDE_DIR})
   target_compile_definitions(httplib INTERFACE CPPHTTPLIB_OPENSSL_SUPPORT CPPHTTPLIB_ZLIB_SUPPORT
@@ -67,7 +67,7 @@ if(SENSORDLL_TOOLS)
   target_link_libraries(httplib INTERFACE ${HTTPLIB_LIBRARY})
 
   find_path(CRYPT_INCLUDE_DIR crypt.h REQUIRED)
-  find_library(CRYPT_LIBRARY crypt REQUIRED)
+  find_library(CRYPT_LIBRARY NAMES crypt libcrypt.so.1 REQUIRED)
   add_library(libcrypt INTERFACE)
   target_include_directories(libcrypt SYSTEM INTERFACE ${CRYPT_INCLUDE_DIR})
   target_link_libraries(libcrypt INTERFACE ${CRYPT_LIBRARY})
