@@ -26,9 +26,6 @@ constexpr u32 kSensorCheck = 2816;  // driver command
 constexpr std::size_t kCheckNumbers = 3;
 constexpr int kCheckRead = 2;  // the second number of a check that reads
 
-// From this value on the maximum shutter's choices are the style's own, and what is stored is not the driver's to correct.
-constexpr int kOwnChoicesOffset = 200;
-
 // Infrared keys that read as -1 when the set does not hold them; a bit for each key from KEY_IR_SWITCH (160) to 167.
 constexpr u32 kUnaskedInfrared = 0xAB;
 constexpr u32 kInfraredKeys = 8;

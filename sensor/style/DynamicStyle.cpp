@@ -26,8 +26,7 @@ constexpr int kHLCSwitch = 112;
 constexpr int kBLCSwitch = 128;
 
 // A style's own value of these decides with the driver about the default.
-constexpr int kDriverDefault = 100;     // this value leaves the driver's default
-constexpr int kOwnChoicesOffset = 200;  // from here on the style's own choices count, and the value is this much more
+constexpr int kDriverDefault = 100;  // this value leaves the driver's default
 
 // Handles every element with the command's id, in document order; the first result other than 0 ends the walk.
 template <typename Handle>

@@ -12,6 +12,10 @@
 
 #include <string>
 
+// From this value of the maximum shutter (49) on, the style's own choices count in place of the driver's. The value is this
+// much more than the choice that it stands for, and what is stored is not the driver's to correct.
+constexpr int kOwnChoicesOffset = 200;
+
 // Asks the driver (channel from 1) for its dynamic parameters, sets their defaults, removes choices that are not legal and
 // the elements of what is not offered, and returns the text in strDnaStyle. Always QVS_SUCCESS: failures are reported; a
 // failed range request applies the range of the command before it.
