@@ -11,10 +11,13 @@
 #include "apps/camerad/host/Refusal.h"
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace camerad {
@@ -24,13 +27,16 @@ struct Route;
 
 struct AccessSettings {
     std::string strFile = "/mnt/mtd/camerad/accounts.json";  // camera path
-    bool bBasicAllowed = false;       // the listener is the loopback or speaks TLS
+    bool bBasicAllowed = false;                              // the listener is the loopback or speaks TLS
     std::chrono::seconds nSessionIdle{30 * 60};
     std::chrono::seconds nSessionLife{12 * 3600};
-    std::size_t nSessions = 64;       // at a time; the one idle longest goes
-    std::size_t nFreeAttempts = 3;    // failed logins of an address and of an account before they are slowed down
+    std::size_t nSessions = 64;     // at a time; the one idle longest goes
+    std::size_t nFreeAttempts = 3;  // failed logins of an address and of an account before they are slowed down
     std::chrono::seconds nLongestPause{60};
-    std::function<std::chrono::steady_clock::time_point()> fnNow = std::chrono::steady_clock::now;  // for tests
+    unsigned long nPasswordCost = 0;                // of yescrypt, 1 to 6; 0: the usual one of this machine
+    std::chrono::milliseconds nPasswordWait{3000};  // for a turn to check a password
+    std::function<std::chrono::steady_clock::time_point()> fnNow = std::chrono::steady_clock::now;   // for tests
+    std::function<std::chrono::system_clock::time_point()> fnDate = std::chrono::system_clock::now;  // for tokens
 };
 
 struct AccountView {
@@ -75,12 +81,17 @@ public:
     // Makes or changes; an empty password keeps the old one. Ends the account's sessions. The last admin stays one.
     virtual void putAccount(const std::string& p_strName, const std::string& p_strPassword, Role p_eRole) = 0;
     virtual void removeAccount(const std::string& p_strName) = 0;
-    virtual void changePassword(const Identity& p_stIdentity, const std::string& p_strOld, const std::string& p_strNew) = 0;
+    // Ends the account's other sessions.
+    virtual void changePassword(const Identity& p_stIdentity, const std::string& p_strOld,
+                                const std::string& p_strNew) = 0;
 
     virtual std::vector<TokenView> tokens() = 0;
+    // p_nDays: 1 to 3650; 0: for ever. The second of the pair is the token, which is not kept and never shown again.
     virtual std::pair<TokenView, std::string> makeToken(const std::string& p_strName, Role p_eRole, int p_nDays) = 0;
     virtual void removeToken(const std::string& p_strId) = 0;
 
+    // Logins by name and password, of the page and by Basic (not those that the cache answers): let in, not let in, sent
+    // away unchecked because of earlier failures or too many at once.
     struct Counters {
         std::uint64_t nLogins = 0, nFailedLogins = 0, nSlowedLogins = 0;
         std::size_t nSessions = 0;
