@@ -141,9 +141,9 @@ const sender = new NewestWins<{ channel: number; value: number }>(
 // known.
 function takeAnswer(key: number, scheme: number, value: number): void {
   const known = values.value.byKey.get(key);
-  if (scheme === values.value.scheme && undefined !== known) {
-    const unsaved = undefined !== known.stored && known.stored !== value;
-    values.value = withValue(values.value, { ...known, value, unsaved });
+  if (scheme === values.value.scheme) {
+    const unsaved = undefined !== known?.stored && known.stored !== value;
+    values.value = withValue(values.value, { ...(known ?? { key, name: '' }), value, unsaved });
   }
 }
 
@@ -163,6 +163,10 @@ export function setParameter(key: number, value: number): void {
 // While a control is held, changes from elsewhere do not move it.
 export function holdParameter(key: number): void {
   held.add(key);
+  const value = shownValue(key);
+  if (undefined !== value) {
+    edits.value = new Map(edits.value).set(key, value);
+  }
 }
 
 export function releaseParameter(key: number): void {

@@ -1,3 +1,4 @@
+import { strangeText } from '../logic/style';
 import type { Choice } from '../types';
 
 interface Props {
@@ -41,11 +42,6 @@ export function Select({ id, label, value, choices, disabled, describedBy, testi
       ))}
     </select>
   );
-}
-
-// A value that stands for itself, like the 100 by which a parameter takes the default of the camera.
-export function strangeText(value: number): string {
-  return `${value} (as the camera decides)`;
 }
 
 export function Radios({ id, label, value, choices, disabled, describedBy, testid, onChange }: Props) {
