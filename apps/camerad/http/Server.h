@@ -12,9 +12,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace camerad {
 
@@ -33,8 +35,10 @@ struct ServerSettings {
     std::chrono::milliseconds nHandshakeTime{5000};
     std::chrono::milliseconds nHeaderTime{5000};  // from the first byte of a request to the end of its header
     std::chrono::milliseconds nBodyTime{10000};   // for the whole body
-    std::chrono::milliseconds nIdleTime{15000};   // between two requests
-    std::chrono::milliseconds nWriteTime{5000};   // for one write to make headway
+    std::chrono::milliseconds nIdleTime{15000};   // between two requests, and before the first
+    std::chrono::milliseconds nWriteTime{5000};   // for 16 KiB of an answer, or one write of a stream, to be taken
+    // Gets a line for each failure that no client may learn the inside of; from any thread. None: standard error.
+    std::function<void(const std::string&)> fnLog;
 };
 
 struct ServerCounters {
@@ -43,9 +47,11 @@ struct ServerCounters {
         double dSeconds = 0;                         // sum
         std::map<double, std::uint64_t> mapBuckets;  // upper bound in seconds to count (cumulative is up to the reader)
     };
-    std::map<std::pair<std::string, int>, Requests> mapRequests;  // "GET /api/v1/..." (the pattern) and status
-    std::size_t nConnections = 0, nStreams = 0;                   // now
-    std::uint64_t nRefusedConnections = 0, nTimeouts = 0;         // since the start
+    // "GET /api/v1/..." (the pattern) and status. What found no route counts as "unmatched", what could not be read as
+    // "unreadable". The time of a stream ends where it begins.
+    std::map<std::pair<std::string, int>, Requests> mapRequests;
+    std::size_t nConnections = 0, nStreams = 0;            // now
+    std::uint64_t nRefusedConnections = 0, nTimeouts = 0;  // since the start
 };
 
 class Server {
