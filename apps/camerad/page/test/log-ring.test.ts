@@ -36,14 +36,18 @@ test('cleared lines do not come back with the next list', () => {
   const ring = new LogRing();
   ring.add([line(1), line(2)]);
   ring.clear();
+  // What came last stays known: it tells whether the camera still counts on.
+  assert.equal(ring.newestLine?.number, 2);
   ring.add([line(1), line(2), line(3)]);
   assert.deepEqual(numbers(ring), [3]);
+  assert.equal(ring.received, 3);
 });
 
 test('a camera that began anew counts from 1', () => {
   const ring = new LogRing();
   ring.add([line(500)]);
   ring.restart();
+  assert.equal(ring.newestLine, undefined);
   ring.add([line(1)]);
   assert.deepEqual(numbers(ring), [1]);
 });

@@ -19,10 +19,13 @@ export const kMostLines = 2000;
 export class LogRing {
   private lines: LogLine[] = [];
   private newest = 0;
+  private newestOne: LogLine | undefined;
   // Numbers below have been thrown away or cleared; they do not come back.
   private floor = 0;
   // Grows with every change.
   version = 0;
+  // Lines that were new, since the page started.
+  received = 0;
 
   constructor(private readonly most = kMostLines) {}
 
@@ -32,6 +35,11 @@ export class LogRing {
 
   get last(): number {
     return this.newest;
+  }
+
+  // The line with the highest number that ever came, even when it was cleared away; undefined while there was none.
+  get newestLine(): LogLine | undefined {
+    return this.newestOne;
   }
 
   // Returns how many lines were new.
@@ -46,6 +54,7 @@ export class LogRing {
     }
     if (added > 0) {
       this.version += 1;
+      this.received += added;
     }
     return added;
   }
@@ -87,6 +96,7 @@ export class LogRing {
   restart(): void {
     this.lines = [];
     this.newest = 0;
+    this.newestOne = undefined;
     this.floor = 0;
     this.version += 1;
   }
@@ -102,6 +112,7 @@ export class LogRing {
     }
     if (line.number > this.newest) {
       this.newest = line.number;
+      this.newestOne = line;
       this.lines.push(line);
       return true;
     }

@@ -1,0 +1,172 @@
+import type { ComponentChildren } from 'preact';
+import { useEffect, useRef, useState } from 'preact/hooks';
+
+import { api } from '../api';
+import { attempt, channel, lens, metadata, readOnlyReason, shownValue } from '../store';
+import type { LensAction } from '../types';
+import { Button } from '../ui/Button';
+import { Hold } from './hold';
+import {
+  type Family, familyOf, focusModeText, irisText, kExposureMode, lensReason, type Offer, offerOf, offersAnything, ratioText,
+} from './lens';
+
+// Moves the lens: what is held goes on until it is let go. Only what the channel has is offered.
+export function LensPad() {
+  const view = lens.value;
+  const offer = offerOf(metadata.value);
+  const [own, setOwn] = useState<Family | null>(null);
+  const isMoving = true === view?.moving;
+  useEffect(() => {
+    if (!isMoving) {
+      setOwn(null);
+    }
+  }, [isMoving]);
+  if (null === view || !offersAnything(offer)) {
+    return null;
+  }
+  const part = { offer, own, onOwn: setOwn };
+  return (
+    <div class="lens" role="group" aria-label="Lens" data-testid="lens-pad">
+      {offer.zoom ? (
+        <LensPart name="Zoom" text={ratioText(view)} note={`position ${view.zoom.position}`} testid="lens-zoom">
+          <LensButton action="zoom-out" label="Out" name="Zoom out" {...part} />
+          <LensButton action="zoom-in" label="In" name="Zoom in" {...part} />
+        </LensPart>
+      ) : null}
+      {offer.focus || offer.once ? (
+        <LensPart
+          name="Focus"
+          text={focusModeText(view.focus.mode)}
+          note={`position ${view.focus.position}, sharpness ${view.sharpness}`}
+          testid="lens-focus"
+        >
+          {offer.focus ? <LensButton action="focus-near" label="Near" name="Focus nearer" {...part} /> : null}
+          {offer.focus ? <LensButton action="focus-far" label="Far" name="Focus farther" {...part} /> : null}
+          {offer.once ? <LensButton action="auto-focus" label="Auto" name="Focus once by itself" {...part} /> : null}
+        </LensPart>
+      ) : null}
+      {offer.iris ? (
+        <LensPart name="Iris" text={irisText(view)} note="" testid="lens-iris">
+          <LensButton action="iris-close" label="Close" name="Close the iris" {...part} />
+          <LensButton action="iris-open" label="Open" name="Open the iris" {...part} />
+        </LensPart>
+      ) : null}
+      <div class="lens-end">
+        <span class={`lens-moving${isMoving ? ' on' : ''}`} role="status" data-testid="lens-moving">
+          {isMoving ? 'Moving' : 'Standing'}
+        </span>
+        {offer.reset ? <LensButton action="lens-reset" label="Reset lens" name="Reset the lens" {...part} /> : null}
+      </div>
+    </div>
+  );
+}
+
+function LensPart({ name, text, note, testid, children }: {
+  name: string;
+  text: string;
+  note: string;
+  testid: string;
+  children: ComponentChildren;
+}) {
+  return (
+    <div class="lens-part" role="group" aria-label={name}>
+      <p>
+        <b>{name}</b> <span data-testid={testid}>{text}</span>
+        {'' === note ? null : <span class="lens-note muted" data-testid={`${testid}-note`}>{note}</span>}
+      </p>
+      <div class="lens-buttons">{children}</div>
+    </div>
+  );
+}
+
+interface ButtonProps {
+  action: LensAction;
+  label: string;
+  name: string;
+  offer: Offer;
+  own: Family | null;
+  onOwn: (family: Family) => void;
+}
+
+// Zoom, focus and iris go on while the button is held by mouse, finger or key; the others act once.
+function LensButton({ action, label, name, offer, own, onOwn }: ButtonProps) {
+  const view = lens.value;
+  const hold = useRef<Hold | null>(null);
+  const pressedAt = useRef(-Infinity);
+  const family = familyOf(action);
+  const repeats = 'zoom' === family || 'focus' === family || 'iris' === family;
+  const reason = null === view ? '' : lensReason(action, view, offer, readOnlyReason.value, own, shownValue(kExposureMode));
+  const reasonNow = useRef(reason);
+  reasonNow.current = reason;
+
+  const step = async (): Promise<boolean> => {
+    if ('' !== reasonNow.current) {
+      return false;
+    }
+    const asked = channel.value;
+    onOwn(family);
+    return attempt(async () => {
+      const now = await api.lensAction(asked, action);
+      if (asked === channel.value) {
+        lens.value = now;
+      }
+    });
+  };
+  const stepNow = useRef(step);
+  stepNow.current = step;
+  if (null === hold.current) {
+    hold.current = new Hold(() => stepNow.current());
+  }
+  const holding = hold.current;
+  const begin = (): void => {
+    pressedAt.current = performance.now();
+    if (repeats && '' === reason) {
+      holding.begin();
+    }
+  };
+  const end = (): void => holding.end();
+  useEffect(() => end, []);
+
+  return (
+    <Button
+      class="lens-button"
+      reason={'' === reason ? undefined : reason}
+      aria-label={name}
+      title={repeats ? `${name}; goes on while it is held` : name}
+      data-testid={action}
+      onPointerDown={(event) => {
+        if (0 === event.button) {
+          begin();
+        }
+      }}
+      onPointerUp={end}
+      onPointerCancel={end}
+      onPointerLeave={end}
+      onBlur={end}
+      onContextMenu={(event) => event.preventDefault()}
+      onKeyDown={(event) => {
+        if (repeats && (' ' === event.key || 'Enter' === event.key)) {
+          event.preventDefault();
+          if (!event.repeat) {
+            begin();
+          }
+        }
+      }}
+      onKeyUp={(event) => {
+        if (repeats && ' ' === event.key) {
+          event.preventDefault(); // no click for what was held
+        }
+        end();
+      }}
+      onClick={() => {
+        // A click that comes of a press has been served by it; one that comes alone is that of an assistive technology.
+        if (!repeats || performance.now() - pressedAt.current > 30_000) {
+          void step();
+        }
+        pressedAt.current = -Infinity;
+      }}
+    >
+      {label}
+    </Button>
+  );
+}
