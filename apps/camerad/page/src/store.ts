@@ -224,6 +224,17 @@ export async function readParameters(keys: number[]): Promise<void> {
   }
 }
 
+// The answer to a change of the schemes holds all of them.
+export function takeSchemes(view: SchemesView): void {
+  if (view.channel === channel.value) {
+    schemes.value = view;
+  }
+}
+
+export async function changeSchemes(change: Parameters<typeof api.changeSchemes>[1]): Promise<boolean> {
+  return attempt(async () => takeSchemes(await api.changeSchemes(channel.value, change)));
+}
+
 // --- Session ---
 
 let stream: AbortController | null = null;
