@@ -5,10 +5,9 @@ import { signal } from '@preact/signals';
 import { api, explain } from '../api';
 import { onAnew, onEvent } from '../store';
 import type { LogEntry } from '../types';
-import { type LogLine, LogRing } from './ring';
+import { catchUp } from './catchUp';
+import { LogRing } from './ring';
 
-const kMostAtOnce = 2000;
-const kMostRequests = 4;
 const kDrawPause = 80; // milliseconds; lines come in batches of 100 ms, and nobody reads faster
 
 export const ring = new LogRing();
@@ -46,15 +45,9 @@ function take(entries: readonly LogEntry[], dropped: number): void {
   changed();
 }
 
-function isSame(a: LogLine | undefined, b: LogEntry): boolean {
-  return undefined !== a && a.number === b.number && a.time === b.time && a.text === b.text;
-}
-
 let isLoading = false;
 let isWanted = false;
 
-// Asks for what came since the newest line. That line is asked for too: when it is another one now, or none, the camera's
-// process began anew, and so does the list.
 async function load(): Promise<void> {
   if (isLoading) {
     isWanted = true;
@@ -64,39 +57,14 @@ async function load(): Promise<void> {
   try {
     do {
       isWanted = false;
-      await catchUp();
+      await catchUp(ring, (after, limit) => api.log(after, limit));
+      changed();
     } while (isWanted);
     feedProblem.value = '';
   } catch (error) {
     feedProblem.value = explain(error);
   }
   isLoading = false;
-}
-
-async function catchUp(): Promise<void> {
-  const known = ring.newestLine;
-  let after = undefined === known ? 0 : known.number - 1;
-  for (let request = 0; request < kMostRequests; request += 1) {
-    const view = await api.log(after, kMostAtOnce);
-    const first = view.entries[0];
-    if (0 === request && undefined !== known) {
-      if (undefined === first || (first.number === known.number && !isSame(known, first))) {
-        ring.restart();
-        changed();
-        isWanted = true; // from the beginning
-        return;
-      }
-      if (first.number > known.number + 1) {
-        ring.addGap(first.number - known.number - 1);
-      }
-    }
-    take(view.entries, 0);
-    const last = view.entries[view.entries.length - 1];
-    if (undefined === last || view.entries.length < kMostAtOnce) {
-      return;
-    }
-    after = last.number;
-  }
 }
 
 let isStarted = false;

@@ -25,6 +25,9 @@ export function LensPad() {
     return null;
   }
   const part = { offer, own, onOwn: setOwn };
+  // What a whole part is blocked by is said beside it: a finger sees no titles.
+  const why = (action: LensAction): string =>
+    '' !== readOnlyReason.value ? '' : lensReason(action, { ...view, moving: false }, offer, '', own, shownValue(kExposureMode));
   return (
     <div class="lens" role="group" aria-label="Lens" data-testid="lens-pad">
       {offer.zoom ? (
@@ -38,6 +41,7 @@ export function LensPad() {
           name="Focus"
           text={focusModeText(view.focus.mode)}
           note={`position ${view.focus.position}, sharpness ${view.sharpness}`}
+          why={offer.focus ? why('focus-near') : ''}
           testid="lens-focus"
         >
           {offer.focus ? <LensButton action="focus-near" label="Near" name="Focus nearer" {...part} /> : null}
@@ -46,7 +50,7 @@ export function LensPad() {
         </LensPart>
       ) : null}
       {offer.iris ? (
-        <LensPart name="Iris" text={irisText(view)} note="" testid="lens-iris">
+        <LensPart name="Iris" text={irisText(view)} why={why('iris-open')} testid="lens-iris">
           <LensButton action="iris-close" label="Close" name="Close the iris" {...part} />
           <LensButton action="iris-open" label="Open" name="Open the iris" {...part} />
         </LensPart>
@@ -55,16 +59,18 @@ export function LensPad() {
         <span class={`lens-moving${isMoving ? ' on' : ''}`} role="status" data-testid="lens-moving">
           {isMoving ? 'Moving' : 'Standing'}
         </span>
+        {'' === readOnlyReason.value ? null : <span class="lens-why muted">{readOnlyReason.value}</span>}
         {offer.reset ? <LensButton action="lens-reset" label="Reset lens" name="Reset the lens" {...part} /> : null}
       </div>
     </div>
   );
 }
 
-function LensPart({ name, text, note, testid, children }: {
+function LensPart({ name, text, note = '', why = '', testid, children }: {
   name: string;
   text: string;
-  note: string;
+  note?: string;
+  why?: string;
   testid: string;
   children: ComponentChildren;
 }) {
@@ -75,6 +81,7 @@ function LensPart({ name, text, note, testid, children }: {
         {'' === note ? null : <span class="lens-note muted" data-testid={`${testid}-note`}>{note}</span>}
       </p>
       <div class="lens-buttons">{children}</div>
+      {'' === why ? null : <p class="lens-why muted" data-testid={`${testid}-why`}>{why}.</p>}
     </div>
   );
 }

@@ -121,11 +121,11 @@ function Picture({ shown }: { shown: number }) {
           aria-hidden="true"
         >
           <canvas ref={beforeCanvas} class="picture-layer" style={{ transform }} />
+          <span class="picture-tag tag-before">Before</span>
         </div>
         {null === before ? null : (
           <>
-            <span class="picture-tag left" aria-hidden="true">Before</span>
-            <span class="picture-tag right" aria-hidden="true">Now</span>
+            {part < 0.85 ? <span class="picture-tag tag-now" aria-hidden="true">Now</span> : null}
             <Divider part={part} frame={frame} onMove={setPart} />
           </>
         )}
@@ -143,7 +143,7 @@ function Picture({ shown }: { shown: number }) {
         <StreamText state={state} hasPicture={hasPicture} isFrozen={isFrozen} onTry={() => stream.current?.tryNow()} />
       </div>
 
-      <div class="picture-tools" role="toolbar" aria-label="Picture">
+      <div class="picture-tools" role="group" aria-label="What can be done with the picture">
         <Button
           small
           pressed={isFrozen}
