@@ -15,6 +15,7 @@ constexpr double kBrightest = 200000;  // lux, of the scene
 constexpr double kFarthest = 100000;   // metres, of the scene
 constexpr double kColdest = -60;       // degrees Celsius, of the scene
 constexpr double kHottest = 85;        // degrees Celsius, of the scene
+constexpr std::int64_t kMost = 100;    // percent, of fog and wind
 constexpr std::int64_t kDay = 86400;   // seconds
 constexpr std::int64_t kLongestAdvance = 7 * kDay;
 
@@ -34,7 +35,10 @@ Json stateOf(Session& p_objSession) {
             {"sceneClock", clock},
             {"clock", clockText(platform::Clock::civilTime())},
             {"distance", state.subjectMetres},
-            {"ambient", state.ambientCelsius}};
+            {"ambient", state.ambientCelsius},
+            {"fog", state.fogPercent},
+            {"wind", state.windPercent},
+            {"car", state.car}};
 }
 
 Result changed(Session& p_objSession, bool p_bOk, const char* p_szWhat) {
@@ -97,12 +101,30 @@ Result ambient(Session& p_objSession, const Words& p_vecWords) {
     return changed(p_objSession, p_objSession.camera().scene().setAmbientTemperature(celsius), "temperature");
 }
 
+int percentOf(const std::string& p_strWord) {
+    return static_cast<int>(parseNumber(p_strWord, "PERCENT", 0, kMost));
+}
+
+Result fog(Session& p_objSession, const Words& p_vecWords) {
+    return changed(p_objSession, p_objSession.camera().scene().setFog(percentOf(p_vecWords[0])), "fog");
+}
+
+Result wind(Session& p_objSession, const Words& p_vecWords) {
+    return changed(p_objSession, p_objSession.camera().scene().setWind(percentOf(p_vecWords[0])), "wind");
+}
+
+Result car(Session& p_objSession, const Words& p_vecWords) {
+    p_objSession.camera().scene().setCar(parseSwitch(p_vecWords[0], "the car"));
+    return changed(p_objSession, true, "car");
+}
+
 const std::vector<SubCommand>& subCommands() {
     static const std::vector<SubCommand> vecTable = {
         {"light", "LUX", 1, 1, light},         {"day", "[SUNRISE SUNSET [DAYLUX NIGHTLUX]]", 0, 4, day},
         {"clock", "HH:MM[:SS]", 1, 1, clock},  {"advance", "SECONDS", 1, 1, advance},
         {"shift", "SECONDS", 1, 1, shift},     {"distance", "METRES", 1, 1, distance},
-        {"ambient", "CELSIUS", 1, 1, ambient},
+        {"ambient", "CELSIUS", 1, 1, ambient}, {"fog", "PERCENT", 1, 1, fog},
+        {"wind", "PERCENT", 1, 1, wind},       {"car", "0|1", 1, 1, car},
     };
     return vecTable;
 }

@@ -63,6 +63,8 @@ TEST_F(CompletionOf, SubCommandsAndTheirWordsAreOffered) {
     EXPECT_THAT(of({"scene"}, "a"), ElementsAre("advance", "ambient"));
     EXPECT_THAT(of({"Scene"}, "LI"), ElementsAre("light"));
     EXPECT_THAT(of({"scene", "light"}, ""), IsEmpty());
+    EXPECT_THAT(of({"scene"}, "f"), ElementsAre("fog"));
+    EXPECT_THAT(of({"scene", "car"}, ""), ElementsAre("0", "1"));
     EXPECT_THAT(of({"show"}, ""), ElementsAre("beaway", "wdr"));
     EXPECT_THAT(of({"show", "wdr"}, ""), ElementsAre("0", "1"));
     EXPECT_THAT(of({"diff", "memory"}, "f"), ElementsAre("factory", "flash"));

@@ -21,6 +21,19 @@ TEST(ProgramDevice, TheSceneShowsItsLightAndClock) {
     EXPECT_EQ(data["sceneClock"], "13:00:00");
 }
 
+TEST(ProgramDevice, FogWindAndCarBelongToTheScene) {
+    const DeviceTree tree;
+    const json before = lastData(tree, "scene\n");
+    EXPECT_EQ(before["fog"], 0);
+    EXPECT_EQ(before["wind"], 20);
+    EXPECT_EQ(before["car"], true);
+    const json after = lastData(tree, "scene fog 40\nscene wind 100\nscene car off\n");
+    EXPECT_EQ(after["fog"], 40);
+    EXPECT_EQ(after["wind"], 100);
+    EXPECT_EQ(after["car"], false);
+    EXPECT_EQ(lastData(tree, "scene car 0\nscene car 1\n")["car"], true);
+}
+
 TEST(ProgramDevice, ADayHasLightAndDarkness) {
     const DeviceTree tree;
     const std::string day = "scene day 06:00 20:00 20000 0.1\n";
