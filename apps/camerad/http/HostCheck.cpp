@@ -25,7 +25,9 @@ std::string normal(std::string p_strHost) {
 }  // namespace
 
 bool isLoopback(const std::string& p_strAddress) {
-    return "::1" == p_strAddress || "localhost" == p_strAddress || 0 == p_strAddress.rfind("127.", 0);
+    in_addr address{};
+    const bool four = 1 == inet_pton(AF_INET, p_strAddress.c_str(), &address) && 0 == p_strAddress.rfind("127.", 0);
+    return four || "::1" == p_strAddress || "localhost" == p_strAddress;
 }
 
 bool isOurHost(const std::string& p_strHost, const std::vector<std::string>& p_vecHosts, const std::string& p_strListen,
