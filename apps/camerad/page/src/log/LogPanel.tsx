@@ -191,12 +191,27 @@ function Lines({ lines, emptyText, selected, onSelect }: LinesProps) {
         ref={box}
         class="log-scroll"
         role="log"
-        aria-label="Log lines"
+        aria-label="Log lines. Enter shows a line in full."
         aria-live="off"
         tabIndex={0}
         data-testid="log-lines"
         data-following={isFollowing}
         onScroll={look}
+        onKeyDown={(event) => {
+          // Enter opens the topmost line that can be seen, and the arrows go from line to line as long as one is open.
+          const row = null === selected ? Math.ceil(place.top / kRow) : rowOf(lines, selected.number);
+          const step = null === selected ? 0 : 'ArrowDown' === event.key ? 1 : 'ArrowUp' === event.key ? -1 : 0;
+          if ('Escape' === event.key && null !== selected) {
+            onSelect(null);
+          } else if (('Enter' === event.key && null === selected) || 0 !== step) {
+            const line = lines[Math.min(lines.length - 1, Math.max(0, row + step))];
+            if (undefined !== line) {
+              event.preventDefault();
+              onSelect(line);
+              bringInto(event.currentTarget, rowOf(lines, line.number));
+            }
+          }
+        }}
         onWheel={(event) => {
           const element = event.currentTarget;
           if (event.deltaY < 0 && element.scrollTop > 0) {
@@ -221,6 +236,12 @@ function Lines({ lines, emptyText, selected, onSelect }: LinesProps) {
       )}
     </div>
   );
+}
+
+// Scrolls no further than needed for a row to be seen whole.
+function bringInto(element: HTMLElement, row: number): void {
+  const top = Math.min(element.scrollTop, row * kRow);
+  element.scrollTop = Math.max(top, (row + 1) * kRow - element.clientHeight);
 }
 
 // The first row whose number is not lower.
@@ -263,7 +284,7 @@ function Row({ line, isSelected, onSelect }: {
 
 function Detail({ line, onClose }: { line: LogLine; onClose: () => void }) {
   return (
-    <div class="log-detail" data-testid="log-detail">
+    <div class="log-detail" role="status" data-testid="log-detail">
       <p class="log-detail-text">{lineText(line)}</p>
       <Button kind="quiet" small aria-label="Close the line" onClick={onClose}>
         ×
