@@ -69,7 +69,13 @@ function Picture({ shown }: { shown: number }) {
     if (isFrozen) {
       return undefined;
     }
-    const opened = new PictureStream(api.previewUrl(shown, kFrames), (jpeg) => painter.current?.take(jpeg), setState);
+    const opened = new PictureStream({
+      open: (signal) => fetch(api.previewUrl(shown, kFrames), { credentials: 'same-origin', cache: 'no-store', signal }),
+      onFrame: (jpeg) => painter.current?.take(jpeg),
+      onState: setState,
+      // Any other request lets the page find out that the session has ended.
+      onUnauthorised: () => void api.version().catch(() => undefined),
+    });
     stream.current = opened;
     const follow = (): void => (document.hidden ? opened.stop() : opened.start());
     follow();

@@ -2,8 +2,6 @@
 //
 // Frames are taken out of the stream here, and not by an <img>: so that they can be counted and measured, a lost
 // connection is noticed, and the reason is known when the camera gives none.
-import { ApiError, api, explain } from '../api';
-import type { Problem } from '../types';
 import { MultipartReader } from './multipart';
 import { waitBeforeTry } from './pace';
 
@@ -13,18 +11,30 @@ export type StreamState =
   | { kind: 'live' }
   | { kind: 'lost'; why: string; seconds: number };
 
-const kSilence = 5_000; // milliseconds without a picture until the connection counts as lost
+export interface StreamOptions {
+  open: (signal: AbortSignal) => Promise<Response>;
+  onFrame: (jpeg: Uint8Array) => void; // each JPEG file
+  onState: (state: StreamState) => void; // each change
+  onUnauthorised: () => void; // the camera no longer knows who asks
+  silence?: number; // milliseconds without a picture until the connection counts as lost
+  wait?: (failures: number, askedSeconds?: number) => number; // milliseconds before the next try
+}
 
+const kSilence = 5_000;
+const kSilent = 'No picture came for some seconds.';
+
+class Refused extends Error {
+  constructor(text: string, readonly status: number, readonly retryAfter: number | undefined) {
+    super(text);
+  }
+}
+
+// After stop() nothing is called any more but onState with "stopped", at once. It can be started again.
 export class PictureStream {
   private abort: AbortController | null = null;
   private wake: () => void = () => undefined;
 
-  // `onFrame` gets each JPEG file, `onState` each change of state. Neither is called after stop().
-  constructor(
-    private readonly url: string,
-    private readonly onFrame: (jpeg: Uint8Array) => void,
-    private readonly onState: (state: StreamState) => void,
-  ) {}
+  constructor(private readonly options: StreamOptions) {}
 
   start(): void {
     if (null === this.abort) {
@@ -38,7 +48,7 @@ export class PictureStream {
       this.abort.abort();
       this.abort = null;
       this.wake();
-      this.onState({ kind: 'stopped' });
+      this.options.onState({ kind: 'stopped' });
     }
   }
 
@@ -48,25 +58,24 @@ export class PictureStream {
   }
 
   private async run(signal: AbortSignal): Promise<void> {
+    const { onState, onUnauthorised, wait = waitBeforeTry } = this.options;
     let failures = 0;
+    onState({ kind: 'connecting' });
     while (!signal.aborted) {
-      if (0 === failures) {
-        this.onState({ kind: 'connecting' });
-      }
       let why = 'The camera ended the picture.';
       let after: number | undefined;
       try {
         await this.read(signal, () => {
           failures = 0;
-          this.onState({ kind: 'live' });
+          onState({ kind: 'live' });
         });
       } catch (error) {
-        why = error instanceof TypeError ? 'The camera cannot be reached.' : explain(error);
-        if (error instanceof ApiError) {
+        // Every browser has words of its own for a connection that cannot be made or breaks.
+        why = error instanceof TypeError || !(error instanceof Error) ? 'The camera cannot be reached.' : error.message;
+        if (error instanceof Refused && !signal.aborted) {
           after = error.retryAfter;
           if (401 === error.status) {
-            // Lets the page find out by its own way that the session has ended.
-            api.version().catch(() => undefined);
+            onUnauthorised();
           }
         }
       }
@@ -74,8 +83,8 @@ export class PictureStream {
         return;
       }
       failures += 1;
-      const pause = waitBeforeTry(failures, after);
-      this.onState({ kind: 'lost', why, seconds: Math.ceil(pause / 1000) });
+      const pause = wait(failures, after);
+      onState({ kind: 'lost', why, seconds: Math.ceil(pause / 1000) });
       await this.rest(pause);
     }
   }
@@ -86,21 +95,26 @@ export class PictureStream {
     const stop = (): void => abort.abort();
     outer.addEventListener('abort', stop);
     let isSilent = false;
-    const watch = (): ReturnType<typeof setTimeout> => setTimeout(() => {
-      isSilent = true;
-      stop();
-    }, kSilence);
+    const watch = (): ReturnType<typeof setTimeout> =>
+      setTimeout(() => {
+        isSilent = true;
+        stop();
+      }, this.options.silence ?? kSilence);
     let silence = watch();
     try {
-      const response = await fetch(this.url, { credentials: 'same-origin', cache: 'no-store', signal: abort.signal });
+      const response = await this.options.open(abort.signal);
       if (!response.ok || null === response.body) {
         throw await refusalOf(response);
       }
       const stream = response.body.getReader();
+      abort.signal.addEventListener('abort', () => void stream.cancel().catch(() => undefined));
       const reader = new MultipartReader();
       let isFirst = true;
       for (;;) {
         const { done, value } = await stream.read();
+        if (isSilent) {
+          throw new Error(kSilent);
+        }
         if (done || outer.aborted) {
           return;
         }
@@ -113,11 +127,11 @@ export class PictureStream {
             isFirst = false;
             onFirst();
           }
-          this.onFrame(newest);
+          this.options.onFrame(newest);
         }
       }
     } catch (error) {
-      throw isSilent ? new Error('No picture came for five seconds.') : error;
+      throw isSilent ? new Error(kSilent) : error;
     } finally {
       clearTimeout(silence);
       outer.removeEventListener('abort', stop);
@@ -137,15 +151,15 @@ export class PictureStream {
   }
 }
 
-async function refusalOf(response: Response): Promise<ApiError> {
-  let problem: Problem = { type: '/problems/unknown', title: `The camera answered with status ${response.status}.`,
-    status: response.status };
+async function refusalOf(response: Response): Promise<Refused> {
+  let text = `The camera answered with status ${response.status}.`;
   try {
-    const parsed = JSON.parse((await response.text()).slice(0, 10_000)) as Partial<Problem> | null;
-    problem = { ...problem, ...(null !== parsed && 'string' === typeof parsed.title ? parsed : {}) };
+    const problem = JSON.parse((await response.text()).slice(0, 10_000)) as { title?: unknown; detail?: unknown } | null;
+    const said = problem?.detail ?? problem?.title;
+    text = 'string' === typeof said && '' !== said ? said : text;
   } catch {
     // The status alone has to do.
   }
   const seconds = Number.parseInt(response.headers.get('Retry-After') ?? '', 10);
-  return new ApiError(problem, Number.isFinite(seconds) && 0 <= seconds ? seconds : undefined);
+  return new Refused(text, response.status, Number.isFinite(seconds) && 0 <= seconds ? seconds : undefined);
 }
