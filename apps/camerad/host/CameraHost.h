@@ -65,13 +65,13 @@ public:
     virtual simcam::Camera& camera() = 0;
 
     // --- Scene, clock, faults: of the simulated camera ---
-    virtual nlohmann::json scene() const = 0;
+    virtual nlohmann::json scene() const = 0;  // as GET /api/v1/scene gives it
     // A JSON merge patch with the fields of scene(); all or nothing. Refusal (BadValue) says which field and why.
     virtual void changeScene(const nlohmann::json& p_objPatch, const Actor& p_stActor) = 0;
     virtual ClockView clock() const = 0;
     // p_strTime empty: from where it is.
     virtual void setClock(bool p_bSimulated, const std::string& p_strTime, int p_nSpeed, const Actor& p_stActor) = 0;
-    virtual nlohmann::json faults() const = 0;
+    virtual nlohmann::json faults() const = 0;  // {"faults": [...]}, as GET /api/v1/faults gives it
     virtual int addFault(const std::string& p_strText, const Actor& p_stActor) = 0;
     virtual void removeFault(int p_nId, const Actor& p_stActor) = 0;
     virtual void clearFaults(const Actor& p_stActor) = 0;

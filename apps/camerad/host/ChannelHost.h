@@ -36,7 +36,8 @@ struct ParameterValue {
     int nValue = 0;
     std::optional<int> standard;  // default of the style document
     std::optional<int> stored;    // what the scheme's file holds; absent for what no scheme holds
-    bool isUnsaved() const { return stored && *stored != nValue; }
+    bool bLost = false;           // the scheme holds it, and its file does not (any more)
+    bool isUnsaved() const { return bLost || (stored && *stored != nValue); }
 };
 
 struct ParameterValues {
@@ -56,7 +57,7 @@ struct ChangeResult {
     std::optional<Refusal> refusal;
 };
 
-// A scheme's window in minutes of the day, 0 to 1440.
+// A scheme's window in the hours and minutes that its records hold.
 struct Window {
     int nStartHour = 0, nStartMinute = 0, nEndHour = 24, nEndMinute = 0;
     // What flush would say: 0, 505, 506, 507.
@@ -104,7 +105,7 @@ struct SaveResult {
     std::vector<int> vecSchemes;  // that were stored, or read back
     struct Failure {
         int nScheme;
-        int nCode;  // 505, 506, 507
+        int nCode;  // 505, 506, 507; 0 when the medium failed, or another value than the scheme's was read back
         std::string strDetail;
     };
     std::vector<Failure> vecFailures;
@@ -114,6 +115,7 @@ struct ChannelView {
     int nChannel = 0;
     bool bThermal = false;
     bool bReady = false;          // the controller is initialised
+    std::string strProblem;       // why it is not ready, a sentence; empty when it is
     unsigned nSensorType = 0;
     std::string strVersion;       // of the camera module
     bool bNight = false;
@@ -134,6 +136,7 @@ public:
     // One parameter, recorded or not; asks the controller.
     virtual ParameterValue value(u32 p_nKey) = 0;
     // In this order, each for itself: one refusal does not end the others. p_bRecord: see ISensorController::setParameter.
+    // Only what the style document offers; 8000 to 8004 are never sent, and refused without p_bRecord.
     virtual std::vector<ChangeResult> change(const std::vector<Change>& p_vecChanges, bool p_bRecord,
                                              const Actor& p_stActor) = 0;
     virtual ParameterValue setToDefault(u32 p_nKey, const Actor& p_stActor) = 0;
@@ -145,6 +148,7 @@ public:
 
     // --- Schemes ---
     virtual SchemesView schemes() = 0;  // never waits for the worker
+    // Refused (Refused) when the camera did not take a value of the scheme; the scheme is current all the same.
     virtual void setScheme(int p_nScheme, const Actor& p_stActor) = 0;  // the factory scheme's number is allowed
     virtual void setAutomatic(bool p_bAutomatic, const Actor& p_stActor) = 0;
     virtual void setFollow(const std::string& p_strFollow, const Actor& p_stActor) = 0;
@@ -153,6 +157,8 @@ public:
     virtual void setSchemeName(int p_nScheme, const std::string& p_strName, const Actor& p_stActor) = 0;
 
     // --- Keeping ---
+    // A scheme that is not current is made current for a moment, with automatic switching off: the driver sees both
+    // switches. The same goes for setWindow and setFollow.
     virtual SaveResult save(const Actor& p_stActor) = 0;     // every scheme with unsaved changes
     virtual SaveResult discard(const Actor& p_stActor) = 0;  // likewise
     virtual void reset(const Actor& p_stActor) = 0;

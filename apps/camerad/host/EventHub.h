@@ -1,6 +1,6 @@
 // What happens in the camera, told to everyone who listens.
 //
-// publish never blocks and never waits for a listener: each subscription has a bounded queue of its own. A listener that
+// publish never waits for a listener: each subscription has a bounded queue of its own. A listener that
 // falls behind loses its queue, and reads one event of type "resync" instead, after which it has to ask for everything
 // anew. The newest events are kept for those who come back (Last-Event-ID).
 //
@@ -37,6 +37,7 @@ public:
     struct Limits {
         std::size_t nQueue = 512;   // events waiting for one listener
         std::size_t nKept = 1024;   // events kept for those who come back
+        std::size_t nBytes = 4 * 1024 * 1024;  // of the data of either
     };
 
     class Subscription {
