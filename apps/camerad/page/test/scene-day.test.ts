@@ -74,7 +74,10 @@ test('who changes the clock ends the day', () => {
   const plan = { from: '2026-11-21T22:40:05', lightBefore: null };
   assert.equal(dayState(plan, clock('2026-11-21T23:00:00', false, 1)), 'gone');
   assert.equal(dayState(plan, clock('2026-11-21T23:00:00', true, 60)), 'gone');
-  assert.equal(dayState(plan, clock('2026-11-21T22:00:00')), 'gone');
+  assert.equal(dayState(plan, clock('2026-11-21T21:40:00')), 'gone');
+  // News of the clock that was overtaken by the answer that began the day is no change.
+  assert.equal(dayState(plan, clock('2026-11-21T22:40:00')), 'running');
+  assert.equal(dayProgress(plan, clock('2026-11-21T22:40:00')), 0);
 });
 
 test('a plan survives a reload; anything else in its place does not', () => {

@@ -12,6 +12,7 @@ import { NumberField } from '../ui/Slider';
 
 watchDay();
 
+const kStopped = 'Stopped. The camera is back in real time.';
 const kSpeeds = [
   { value: 0, label: 'Stands' },
   { value: 1, label: '1×' },
@@ -53,7 +54,15 @@ export function ClockSection({ disabled, reason }: { disabled: boolean; reason: 
         choices={[{ value: 0, label: 'Real time' }, { value: 1, label: 'Simulated' }]}
         disabled={disabled}
         testid="scene-clock-kind"
-        onChange={(value) => void set(0 === value ? { simulated: false } : { simulated: true, speed: 1 })}
+        onChange={(value) => {
+          if (0 !== value) {
+            void set({ simulated: true, speed: 1 });
+          } else if (null !== dayPlan.value) {
+            void endDay(kStopped);
+          } else {
+            void set({ simulated: false });
+          }
+        }}
       />
       {now.simulated ? (
         <>
@@ -143,7 +152,7 @@ function DayRun({ disabled, reason }: { disabled: boolean; reason: string }) {
         <Button
           reason={disabled ? reason : undefined}
           data-testid="scene-day-stop"
-          onClick={() => void endDay('Stopped. The camera is back in real time.')}
+          onClick={() => void endDay(kStopped)}
         >
           Stop, back to real time
         </Button>

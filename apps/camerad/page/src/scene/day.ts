@@ -90,6 +90,8 @@ export function minuteOfDay(time: string): number {
 
 export const kDaySpeed = 1440;
 const kDaySeconds = 86400;
+// What the camera said of its clock may reach the page a little later than what it said afterwards.
+const kLate = 3600;
 
 // What has to be known to end a day that was begun, kept in the browser so that a reload goes on with it.
 export interface DayPlan {
@@ -123,7 +125,7 @@ export type DayState = 'running' | 'over' | 'gone';
 export function dayState(plan: DayPlan, clock: Clock): DayState {
   const from = secondsOf(plan.from);
   const now = secondsOf(clock.time);
-  if (undefined === from || undefined === now || !clock.simulated || kDaySpeed !== clock.speed || now < from) {
+  if (undefined === from || undefined === now || !clock.simulated || kDaySpeed !== clock.speed || now < from - kLate) {
     return 'gone';
   }
   return now - from >= kDaySeconds ? 'over' : 'running';

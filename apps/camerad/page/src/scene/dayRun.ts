@@ -7,7 +7,7 @@ import { effect, signal } from '@preact/signals';
 
 import { api, explain } from '../api';
 import { clock, isAdmin, notify, scene } from '../store';
-import type { DayLight, FixedLight, Scene } from '../types';
+import type { FixedLight } from '../types';
 import { type DayPlan, dayState, kDaySpeed, planText, readPlan } from './day';
 import { lightOf, rememberLight } from './edit';
 
@@ -76,14 +76,14 @@ export async function endDay(note: string): Promise<void> {
 
 let retryAt = 0;
 
-function isLight(light: unknown): light is FixedLight | DayLight {
-  const kind = null !== light && 'object' === typeof light ? (light as Partial<Scene['light']>).kind : undefined;
-  return 'fixed' === kind || 'day' === kind;
+function isFixed(light: unknown): light is FixedLight {
+  return null !== light && 'object' === typeof light && 'fixed' === (light as Partial<FixedLight>).kind;
 }
 
-// The camera judges what came out of the storage like anything else.
+// A light that followed the day before follows it still, and one that was set meanwhile stays. The camera judges what
+// came out of the storage like anything else.
 async function putBack(light: unknown): Promise<void> {
-  if (isLight(light)) {
+  if (isFixed(light) && 'day' === scene.value?.light.kind) {
     try {
       scene.value = await api.changeScene({ light });
     } catch (error) {
