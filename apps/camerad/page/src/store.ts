@@ -27,6 +27,7 @@ import type {
 
 export const session = signal<Session | null | undefined>(undefined); // undefined: not asked yet; null: nobody
 export const sessionNote = signal(''); // why the login is shown, when it was not asked for
+// Live: connected, and everything that is shown is what the camera has.
 export const connection = signal<'off' | 'connecting' | 'live' | 'reconnecting'>('off');
 export const channels = signal<ChannelView[]>([]);
 export const channel = signal(0); // the one that is shown; 0 while there is none
@@ -435,6 +436,9 @@ async function loadAll(): Promise<void> {
         takeChannel(state);
       }
       loadProblem.value = '';
+      if (null !== stream) {
+        connection.value = 'live';
+      }
     });
   } catch (error) {
     if (mine !== loadNumber) {
@@ -665,7 +669,6 @@ async function listen(signal: AbortSignal, opened: () => void): Promise<void> {
       for (const event of parser.push(decoder.decode(value, { stream: true }))) {
         if ('hello' === event.type) {
           opened();
-          connection.value = 'live';
         }
         take(event.type as EventType, JSON.parse(event.data));
       }

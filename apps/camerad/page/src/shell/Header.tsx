@@ -15,10 +15,10 @@ export function Header() {
   const state = kConnection[connection.value];
   return (
     <header class="top">
-      <span class="brand">
+      <h1 class="brand">
         <img src="icon.svg" alt="" width={22} height={22} />
-        <strong>Camera</strong>
-      </span>
+        Camera
+      </h1>
       {1 < channels.value.length ? (
         <select
           class="select"
@@ -43,7 +43,7 @@ export function Header() {
             {'reset' === busyWith.value ? 'being reset' : 'starting'}
           </Chip>
         )}
-        {'' === loadProblem.value || 'live' !== connection.value ? null : <Chip kind="bad">{loadProblem.value}</Chip>}
+        {'' === loadProblem.value ? null : <Chip kind="bad">{loadProblem.value}</Chip>}
       </span>
       <DeviceClock />
       <span class="spring" />
