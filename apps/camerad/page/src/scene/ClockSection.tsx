@@ -1,7 +1,8 @@
-import { useEffect, useState } from 'preact/hooks';
+import { useState } from 'preact/hooks';
 
 import { api } from '../api';
 import { attempt, clock, clockSeen } from '../store';
+import { deviceTime } from '../time';
 import type { ClockChange } from '../types';
 import { Button } from '../ui/Button';
 import { Radios } from '../ui/Select';
@@ -108,25 +109,16 @@ export function ClockSection({ disabled, reason }: { disabled: boolean; reason: 
   );
 }
 
-// Between two words of the camera the time goes on by its speed.
 function Ticking() {
-  const [, setTick] = useState(0);
-  useEffect(() => {
-    const timer = setInterval(() => setTick((tick) => tick + 1), 250);
-    return () => clearInterval(timer);
-  }, []);
   const now = clock.value;
-  const seconds = undefined === now?.time ? undefined : secondsOf(now.time);
-  if (null === now || undefined === seconds) {
+  const time = deviceTime.value;
+  if (null === now || undefined === time) {
     return null;
   }
-  const passed = Math.min(3, (performance.now() - clockSeen.value) / 1000);
-  const speed = now.simulated ? now.speed : 1;
-  const text = clockText(seconds + Math.floor(now.simulated ? passed * speed : (performance.now() - clockSeen.value) / 1000));
   return (
     <span class="scene-now" data-testid="scene-clock">
-      <time>{text.replace('T', ' ')}</time>
-      {now.simulated ? (0 === speed ? ', stands' : `, ${speed}×`) : ''}
+      <time>{clockText(time / 1000).replace('T', ' ')}</time>
+      {now.simulated ? (0 === now.speed ? ', stands' : `, ${now.speed}×`) : ''}
     </span>
   );
 }

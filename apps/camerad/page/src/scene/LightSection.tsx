@@ -1,11 +1,11 @@
 import { useState } from 'preact/hooks';
 
-import { clock, scene } from '../store';
+import { deviceMinute } from '../time';
 import type { DayLight } from '../types';
 import { NumberField } from '../ui/Slider';
 import { Radios } from '../ui/Select';
 import { DayCurveView } from './DayCurveView';
-import { kMinutes, minuteOfDay, objection } from './day';
+import { kMinutes, luxAt, objection } from './day';
 import { changeScene, lightOf, rememberLight, sceneRefusals, shownScene } from './edit';
 import { kLightMarks, kLightScale, lightWord, plainNumber } from './light';
 import { LogSlider } from './LogSlider';
@@ -17,13 +17,16 @@ export function LightSection({ disabled }: { disabled: boolean }) {
     return null;
   }
   const light = shown.light;
+  // The camera tells of its scene when somebody changes it, not while the sun moves.
+  const minute = sceneMinute(shown.clockShift);
+  const lux = 'fixed' === light.kind ? light.lux : undefined === minute ? shown.lux : luxAt(light, minute);
   const refusal = sceneRefusals.value.light;
   return (
     <section class="scene-section" aria-labelledby="scene-light-title">
       <div class="scene-head">
         <h3 id="scene-light-title">Light</h3>
         <span class="scene-now" data-testid="scene-lux">
-          {lightWord('fixed' === light.kind ? light.lux : shown.lux)}, {plainNumber('fixed' === light.kind ? light.lux : shown.lux)} lux
+          {lightWord(lux)}, {plainNumber(lux)} lux
         </span>
       </div>
       <Radios
@@ -54,16 +57,22 @@ export function LightSection({ disabled }: { disabled: boolean }) {
           onValue={(lux) => changeScene('light', { kind: 'fixed', lux })}
         />
       ) : (
-        <DayFields light={light} disabled={disabled} />
+        <DayFields light={light} minute={minute ?? 0} lux={lux} disabled={disabled} />
       )}
       {undefined === refusal ? null : <p class="problem" role="alert">{refusal}</p>}
     </section>
   );
 }
 
+// The minute of the day by the scene's own clock; undefined while the camera's is not known.
+function sceneMinute(shiftSeconds: number): number | undefined {
+  const minute = deviceMinute.value;
+  return undefined === minute ? undefined : (((minute + Math.round(shiftSeconds / 60)) % kMinutes) + kMinutes) % kMinutes;
+}
+
 // A curve that cannot be, for instance while two times are being changed one after the other, stays here with the reason
 // and is not sent.
-function DayFields({ light, disabled }: { light: DayLight; disabled: boolean }) {
+function DayFields({ light, minute, lux, disabled }: { light: DayLight; minute: number; lux: number; disabled: boolean }) {
   const [draft, setDraft] = useState<DayLight | null>(null);
   const shown = draft ?? light;
   const problem = objection(shown);
@@ -76,12 +85,9 @@ function DayFields({ light, disabled }: { light: DayLight; disabled: boolean }) 
       setDraft(next);
     }
   };
-  const now = clock.value;
-  const shift = Math.round((scene.value?.clockShift ?? 0) / 60);
-  const minute = (((minuteOfDay(now?.time ?? '') + shift) % kMinutes) + kMinutes) % kMinutes;
   return (
     <div class="day-fields">
-      <DayCurveView curve={shown} minute={minute} lux={scene.value?.lux ?? 0} />
+      <DayCurveView curve={shown} minute={minute} lux={lux} />
       <div class="field-row">
         <label for="scene-sunrise">Sunrise</label>
         <input id="scene-sunrise" type="time" value={shown.sunrise} disabled={disabled} data-testid="scene-sunrise"

@@ -81,11 +81,6 @@ export function clockText(seconds: number): string {
   return new Date(seconds * 1000).toISOString().slice(0, 19);
 }
 
-export function minuteOfDay(time: string): number {
-  const seconds = secondsOf(time);
-  return undefined === seconds ? 0 : Math.floor((seconds % 86400) / 60);
-}
-
 // --- A day in a minute ---
 
 export const kDaySpeed = 1440;
