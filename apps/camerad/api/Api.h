@@ -9,6 +9,7 @@
 #include "apps/camerad/http/Server.h"
 #include "apps/camerad/picture/PictureFeed.h"
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -24,6 +25,8 @@ struct Api {
     std::map<int, std::unique_ptr<PictureFeed>>& mapFeeds;  // by channel
     std::function<ServerCounters()> fnCounters;             // of the server that serves the routes
     std::string strVersion;
+    std::chrono::milliseconds nHeartbeat{
+        5000};  // of a stream without events; also how often its client is looked at anew
 };
 
 // Adds every route.
