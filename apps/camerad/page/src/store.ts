@@ -123,7 +123,9 @@ const sender = new NewestWins<{ channel: number; value: number }>(
       const answer = await api.change(change.channel, [{ key, value: change.value }]);
       const result = answer.results[0];
       if (undefined !== result && change.channel === channel.value) {
-        takeAnswer(key, answer.scheme, result.value);
+        if (undefined !== result.value) {
+          takeAnswer(key, answer.scheme, result.value);
+        }
         setRefusal(key, result.ok ? '' : (result.problem?.detail ?? result.problem?.title ?? 'The camera refused it.'));
       }
     } catch (error) {
@@ -419,19 +421,25 @@ async function loadAll(): Promise<void> {
       api.clock(),
       api.faults(),
     ]);
-    const chosen = list.channels.some((view) => view.channel === channel.value)
-      ? channel.value
-      : (list.channels[0]?.channel ?? 0);
-    const state = 0 === chosen ? null : await loadChannel(chosen);
     if (mine !== loadNumber) {
       return;
     }
+    const chosen = list.channels.some((view) => view.channel === channel.value)
+      ? channel.value
+      : (list.channels[0]?.channel ?? 0);
+    // This much holds even when the channel does not answer, so that another one can be chosen.
     batch(() => {
       channels.value = list.channels;
       channel.value = chosen;
       scene.value = sceneView;
       takeClock(clockView);
       faults.value = faultList.faults;
+    });
+    const state = 0 === chosen ? null : await loadChannel(chosen);
+    if (mine !== loadNumber) {
+      return;
+    }
+    batch(() => {
       if (null !== state) {
         takeChannel(state);
       }

@@ -66,7 +66,7 @@ export interface Problem {
 export interface ChangeResult {
   key: number;
   ok: boolean;
-  value: number;
+  value?: number; // in force afterwards; absent when it is refused and not known
   problem?: Problem;
 }
 
