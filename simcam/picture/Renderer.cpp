@@ -166,13 +166,16 @@ void PictureRenderer::State::expose(const PictureParameters& p_st, const Window&
             radii[at(x, y)] = p_arrRadii[pRow[x].distance];
         }
     }
-    // The car is as unsharp as the road below it, which is as far away.
     const PixelBox stBox = carBox(p_stWindow, p_vecPlaces);
     if (0 == p_st.car || stBox.isEmpty()) {
         return;
     }
     const int nPlaces = static_cast<int>(p_vecPlaces.size());
+    const std::uint8_t nCar = carDistance();
     eachCar(p_stWindow, stBox, p_vecPlaces, [&](const Surface& p_stSurface, int p_nX, int p_nY, std::size_t p_nPlace) {
+        if (nCar == p_stSurface.distance) {  // the car or something as far away
+            radii[at(p_nX, p_nY)] = p_arrRadii[nCar];
+        }
         const Pixel arrPixel = p_objLight.expose(p_stSurface, fromMiddle(p_nX, width), fromMiddle(p_nY, height));
         for (std::size_t i = 0; i < nPlanes; ++i) {
             int& nPixel = planes[i][at(p_nX, p_nY)];
@@ -257,28 +260,38 @@ void PictureRenderer::State::drawLight(const PictureParameters& p_st, const Wind
 
 void PictureRenderer::State::drawWarmth(const PictureParameters& p_st, const Window& p_stWindow) {
     constexpr int kCoolGain = -3 * kLogOne;  // of the noise
+    constexpr int kNoGain = 0;               // for the automatic noise reduction, which therefore rests
     constexpr int kSoft = 2 * kRadiusOne;    // the lens and the sensor are coarse
+    constexpr int kNoShutter = 0;
     planes[0].resize(pixels());
     radii.resize(pixels());
-    const std::array<std::uint8_t, kDistances> arrRadii = radiiOf(p_st, kIrisOpen, width);
-    const auto put = [&](const Surface& p_stSurface, int p_nX, int p_nY, std::size_t) {
-        planes[0][at(p_nX, p_nY)] = p_stSurface.heat * kWarmthStep;
-        radii[at(p_nX, p_nY)] =
-            static_cast<std::uint8_t>(std::min(255, arrRadii[p_stSurface.distance] + kSoft * width / 640));
-    };
+    std::array<std::uint8_t, kDistances> arrRadii = radiiOf(p_st, kIrisOpen, width);
+    for (std::uint8_t& nRadius : arrRadii) {
+        nRadius = static_cast<std::uint8_t>(std::min(255, nRadius + kSoft * width / 640));
+    }
     for (int y = 0; y < height; ++y) {
         const Surface* const pRow = p_stWindow.canvas->row(p_stWindow.top + y) + p_stWindow.left;
         for (int x = 0; x < width; ++x) {
-            put(pRow[x], x, y, 0);
+            planes[0][at(x, y)] = pRow[x].heat * kWarmthStep;
+            radii[at(x, y)] = arrRadii[pRow[x].distance];
         }
     }
-    const std::vector<int> vecPlaces = {carLeft(p_st.milliseconds)};
+    const int nFrames = averagedFrames(p_st, kNoGain);
+    const std::vector<int> vecPlaces = carPlaces(p_st, kNoShutter, nFrames);
     const PixelBox stBox = carBox(p_stWindow, vecPlaces);
     if (0 != p_st.car && !stBox.isEmpty()) {
+        const std::uint8_t nCar = carDistance();
+        const auto put = [&](const Surface& p_stSurface, int p_nX, int p_nY, std::size_t p_nPlace) {
+            int& nPixel = planes[0][at(p_nX, p_nY)];
+            nPixel = (0 == p_nPlace ? 0 : nPixel) + p_stSurface.heat * kWarmthStep / nFrames;
+            if (nCar == p_stSurface.distance) {
+                radii[at(p_nX, p_nY)] = arrRadii[nCar];
+            }
+        };
         eachCar(p_stWindow, stBox, vecPlaces, put);
     }
     blur(1);
-    const Noise objNoise(p_st, kCoolGain, 1);
+    const Noise objNoise(p_st, kCoolGain, nFrames);
     const ThermalTone objTone(warmthOf(p_stWindow), p_st);
     light.resize(pixels());
     for (int y = 0; y < height; ++y) {
@@ -287,8 +300,14 @@ void PictureRenderer::State::drawWarmth(const PictureParameters& p_st, const Win
     for (std::size_t i = 0; i < pixels(); ++i) {
         light[i] = static_cast<std::int16_t>(objTone.of(planes[0][i]));
     }
+    const int nSmoothing = smoothing(p_st, kNoGain);
+    if (nSmoothing > 0) {
+        constexpr int kMiddle = 40 * 2 * kWarmthStep;  // as warm as the air
+        const int nDeviation = objTone.step(objNoise.deviation(kMiddle)) / (nFrames > 2 ? 2 : 1);
+        smooth(light, width, height, kBright * nSmoothing / 25 + nDeviation * nSmoothing / 16, scratch);
+    }
     sharpen(light, width, height, thermalSharpness(p_st), scratch);
-    const Palette arrPalette = paletteOf(p_st.palette);
+    const Palette arrPalette = finished(paletteOf(p_st.palette), p_st);
     for (std::size_t i = 0; i < pixels(); ++i) {
         const int nLevel = std::clamp(light[i] / kBright, 0, 255);
         std::copy_n(arrPalette[static_cast<std::size_t>(nLevel)].begin(), 3, &plain.rgb[3 * i]);
@@ -318,7 +337,7 @@ void PictureRenderer::render(const PictureParameters& p_stParameters, Picture& p
     }
     arrange(st.plain, stParameters, st.last);
     if (0 != stParameters.thermal && 0 != stParameters.temperatureStrip) {
-        drawStrip(paletteOf(stParameters.palette), st.width, st.height, st.last.rgb);
+        drawStrip(finished(paletteOf(stParameters.palette), stParameters), st.width, st.height, st.last.rgb);
     }
     p_stPicture = st.last;
 }

@@ -359,9 +359,12 @@ int carLeft(long long p_nMilliseconds) {
     return static_cast<int>(kWay * nShare / kRound) + plane(kLeft) - kCarLength;
 }
 
+std::uint8_t carDistance() {
+    return distanceIndex(12 * kMetre);
+}
+
 void paintCar(Canvas& p_objCanvas, int p_nLeft) {
-    constexpr std::uint32_t kMillimetres = 12000;
-    const std::uint8_t nDistance = distanceIndex(kMillimetres);
+    const std::uint8_t nDistance = carDistance();
     const auto box = [&](int p_nX, int p_nY, int p_nRight, int p_nBottom, const Material& p_stMaterial) {
         p_objCanvas.rectangle(p_nLeft + plane(p_nX), plane(p_nY), p_nLeft + plane(p_nRight), plane(p_nBottom),
                               p_stMaterial, nDistance);

@@ -15,6 +15,7 @@ int carLeft(long long p_nMilliseconds);
 constexpr int kCarTop = 222 * kPlaneUnit;
 constexpr int kCarBottom = 290 * kPlaneUnit;
 constexpr int kCarLength = 150 * kPlaneUnit;
+std::uint8_t carDistance();
 void paintCar(Canvas& p_objCanvas, int p_nLeft);
 
 // Places of the street, in pixels of a picture of 640 x 360 at wide angle, for whoever looks at pictures.

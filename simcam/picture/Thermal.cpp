@@ -17,13 +17,13 @@ constexpr Anchors kPalettes[] = {
     {{{255, 255, 255}, {192, 192, 192}, {128, 128, 128}, {64, 64, 64},    {0, 0, 0}}},
     {{{0, 0, 10},      {90, 0, 140},    {210, 50, 70},   {250, 160, 20},  {255, 255, 220}}},
     {{{10, 10, 120},   {0, 160, 220},   {40, 200, 60},   {250, 220, 20},  {230, 20, 20}}},
-    {{{10, 0, 20},     {20, 60, 120},   {150, 30, 60},   {240, 100, 20},  {255, 240, 180}}},
-    {{{0, 0, 30},      {0, 50, 110},    {20, 120, 190},  {120, 200, 230}, {245, 255, 255}}},
-    {{{10, 4, 0},      {80, 40, 0},     {160, 90, 0},    {230, 150, 20},  {255, 225, 150}}},
-    {{{0, 8, 0},       {0, 60, 20},     {10, 130, 40},   {90, 200, 80},   {220, 255, 200}}},
-    {{{0, 0, 0},       {70, 70, 70},    {140, 140, 140}, {200, 190, 190}, {255, 30, 20}}},
-    {{{20, 12, 6},     {80, 58, 36},    {140, 110, 76},  {200, 172, 130}, {255, 240, 210}}},
     {{{0, 0, 0},       {0, 0, 200},     {0, 200, 120},   {255, 230, 0},   {255, 255, 255}}},
+    {{{0, 0, 30},      {0, 50, 110},    {20, 120, 190},  {120, 200, 230}, {245, 255, 255}}},
+    {{{10, 0, 20},     {20, 60, 120},   {150, 30, 60},   {240, 100, 20},  {255, 240, 180}}},
+    {{{10, 20, 60},    {60, 80, 130},   {150, 130, 140}, {240, 150, 70},  {255, 235, 190}}},
+    {{{0, 8, 0},       {0, 60, 20},     {10, 130, 40},   {90, 200, 80},   {220, 255, 200}}},
+    {{{20, 12, 6},     {80, 58, 36},    {140, 110, 76},  {200, 172, 130}, {255, 240, 210}}},
+    {{{0, 0, 0},       {70, 70, 70},    {140, 140, 140}, {200, 190, 190}, {255, 30, 20}}},
 };
 // clang-format on
 
@@ -65,12 +65,30 @@ int ThermalTone::of(int p_nWarmth) const {
     return std::clamp(kMiddle + (nLevel - kMiddle) * m_nContrast / 256 + m_nBrightness, 0, kWhite);
 }
 
+int ThermalTone::step(int p_nWarmth) const {
+    return p_nWarmth * kWhite / (m_stRange.high - m_stRange.low) * m_nContrast / 256;
+}
+
 int thermalSharpness(const PictureParameters& p_st) {
     constexpr int kAutomatic = 1;
+    const int nSharpness = (p_st.sharpness - 50) * 3 / 2;
     if (0 == p_st.thermalDetail) {
-        return 0;
+        return nSharpness;
     }
-    return kAutomatic == p_st.thermalDetail ? 150 : 100 * (1 + p_st.thermalDetailType);
+    return nSharpness + (kAutomatic == p_st.thermalDetail ? 150 : 100 * (1 + p_st.thermalDetailType));
+}
+
+Palette finished(const Palette& p_arrPalette, const PictureParameters& p_st) {
+    const int nContrast = 128 + p_st.contrast * 256 / 100;       // 1/256
+    const int nBrightness = (p_st.brightness - 50) * 2 * 8 / 5;  // half levels, as everything here
+    Palette arrFinished = p_arrPalette;
+    for (auto& arrColour : arrFinished) {
+        for (unsigned char& nColour : arrColour) {
+            const int nLevel = (2 * nColour - 255) * nContrast / 256 + 255 + nBrightness;
+            nColour = static_cast<unsigned char>(std::clamp(nLevel / 2, 0, 255));
+        }
+    }
+    return arrFinished;
 }
 
 Palette paletteOf(int p_nNumber) {

@@ -202,6 +202,35 @@ TEST(Picture, TheCarDrivesAlongTheStreet) {
     EXPECT_GT(Measured(st).differenceFrom(objEmpty, stThere), 8);
 }
 
+// The road behind its windows is more than twenty metres away, the car twelve: what is just sharp enough for one is not
+// for the other.
+TEST(Picture, TheCarIsAsSharpAsItsOwnDistance) {
+    constexpr std::size_t kWidth = 960;
+    constexpr int kHeight = 540;
+    PictureParameters st = raw(quiet());
+    st.zoomPosition = 27264;  // threefold
+    st.automaticIris = 0;
+    st.irisPosition = 25600;
+    st.car = 1;
+    st.milliseconds = 5950;  // in the middle of the picture
+    // The steepest step of red between neighbours, from one window over the pillar to the other.
+    const auto steepest = [&](int p_nFocus) {
+        st.focusPosition = p_nFocus;
+        const Measured obj(st, static_cast<int>(kWidth), kHeight);
+        int nMost = 0;
+        for (std::size_t x = kWidth * 44 / 100; x < kWidth * 55 / 100; ++x) {
+            const unsigned char* const pPixel = &obj.picture().rgb[3 * (520 * kWidth + x)];
+            nMost = std::max(nMost, std::abs(pPixel[3] - pPixel[0]));
+        }
+        return nMost;
+    };
+    const int nSharp = steepest(1500);
+    const int nRoadIsUnsharp = steepest(1685);
+    const int nCarIsUnsharp = steepest(1270);
+    EXPECT_EQ(nSharp, nRoadIsUnsharp);
+    EXPECT_LT(nCarIsUnsharp, nSharp * 8 / 10);
+}
+
 // For a person to look at: the files stay in the folder that the test runs in.
 TEST(Picture, SnapshotsForAPersonAreWritten) {
     PictureParameters stFog = street();

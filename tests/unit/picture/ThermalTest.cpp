@@ -65,6 +65,100 @@ TEST(PictureThermal, ContrastAndBrightnessAreThoseOfTheThermalSensor) {
     EXPECT_LT(Measured(st).spread(), 0.8 * objMiddle.spread());
 }
 
+TEST(PictureThermal, ContrastAndBrightnessOfThePictureWorkOnItsColours) {
+    PictureParameters st = thermal();
+    st.palette = 2;
+    const Measured objMiddle(st);
+    st.brightness = 80;
+    const Measured objBright(st);
+    st.brightness = 20;
+    const Measured objDark(st);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_GT(objBright.colour(i), objMiddle.colour(i) + 20) << i;
+        EXPECT_LT(objDark.colour(i), objMiddle.colour(i)) << i;  // some have not much to lose
+    }
+    EXPECT_LT(objDark.level(), objMiddle.level() - 15);
+    st.brightness = 50;
+    st.contrast = 0;
+    EXPECT_NEAR(Measured(st).spread(), objMiddle.spread() / 2, 1.0);
+    st.palette = 0;
+    st.contrast = 50;
+    const double dGrey = Measured(st).spread(kUpperHouses);
+    st.contrast = 100;
+    EXPECT_GT(Measured(st).spread(kUpperHouses), 1.2 * dGrey);
+}
+
+TEST(PictureThermal, BrightnessMakesThePictureBrighterWhatsoeverIsHot) {
+    PictureParameters st = thermal();
+    for (st.palette = 0; st.palette <= 10; ++st.palette) {
+        st.brightness = 50;
+        const double dMiddle = Measured(st).level();
+        st.brightness = 75;
+        EXPECT_GT(Measured(st).level(), dMiddle + 20) << st.palette;
+    }
+}
+
+TEST(PictureThermal, SharpnessRaisesDetailAndSoftensIt) {
+    PictureParameters st = thermal();
+    for (st.thermalDetail = 0; st.thermalDetail <= 2; ++st.thermalDetail) {
+        st.sharpness = 50;
+        const double dMiddle = Measured(st).detail();
+        st.sharpness = 100;
+        EXPECT_GT(Measured(st).detail(), 1.05 * dMiddle) << st.thermalDetail;
+        st.sharpness = 0;
+        EXPECT_LT(Measured(st).detail(), 0.95 * dMiddle) << st.thermalDetail;
+    }
+}
+
+TEST(PictureThermal, NoiseReductionWorksByItsStrength) {
+    PictureParameters st = thermal();
+    const double dAutomatic = noise(st, kWall);
+    EXPECT_GT(dAutomatic, 0.5);
+    st.noise2dMode = 1;
+    st.noise2dStrength = 100;
+    EXPECT_LT(noise(st, kWall), 0.7 * dAutomatic);
+    st.noise2dMode = 0;
+    st.noise3dMode = 1;
+    st.noise3dStrength = 100;
+    EXPECT_LT(noise(st, kWall), 0.7 * dAutomatic);
+    st.noise3d = 0;
+    EXPECT_EQ(noise(st, kWall), dAutomatic);
+}
+
+TEST(PictureThermal, NoiseReductionOverTimeDrawsTheCarOut) {
+    PictureParameters st = raw(thermal());
+    st.car = 1;
+    st.milliseconds = 5000;
+    const Place stBehind = {150, 224, 162, 288};  // where the car has been
+    const double dSharp = Measured(st).level(stBehind);
+    st.noise3d = 1;
+    st.noise3dMode = 1;
+    st.noise3dStrength = 100;
+    EXPECT_GT(std::abs(Measured(st).level(stBehind) - dSharp), 1.0);
+}
+
+// By the names that the style document gives them.
+TEST(PictureThermal, PalettesLookLikeTheirNames) {
+    PictureParameters st = thermal();
+    const auto hottest = [&](int p_nPalette, int p_nColour) {
+        st.palette = p_nPalette;
+        st.temperatureStrip = 1;
+        return Measured(st).colour(p_nColour, {610, 48, 622, 54});
+    };
+    const auto middle = [&](int p_nPalette, int p_nColour) {
+        st.palette = p_nPalette;
+        st.temperatureStrip = 1;
+        return Measured(st).colour(p_nColour, {610, 174, 622, 186});
+    };
+    EXPECT_GT(hottest(10, 0), 2 * hottest(10, 1));  // alarm: what is hot is red
+    EXPECT_NEAR(middle(10, 0), middle(10, 2), 8);   // and all else is grey
+    EXPECT_GT(middle(5, 2), 3 * middle(5, 0));      // arctic: blue
+    EXPECT_GT(middle(6, 0), 2 * middle(6, 1));      // lava: red
+    EXPECT_GT(middle(8, 1), 2 * middle(8, 2));      // globe: green
+    EXPECT_GT(middle(4, 1), 3 * middle(4, 0));      // high rainbow: from blue over green
+    EXPECT_GT(middle(9, 0), 1.4 * middle(9, 2));    // sepia: brown
+}
+
 TEST(PictureThermal, DetailIsRaisedByModeAndType) {
     PictureParameters st = thermal();
     const double dOff = Measured(st).detail();
