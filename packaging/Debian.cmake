@@ -91,6 +91,16 @@ if(SENSORDLL_TOOLS)
 every operation, moves the clock and the scene, makes commands fail, and shows
 what the driver was told. With it comes a sample device tree.")
 endif()
+if(TARGET camerad)
+  debian_package(camerad NAME camerad SECTION video MULTIARCH foreign
+    DEPENDS libsensordll1 libcameraplatform1 libsimcam1 sensordll-tools
+    SUMMARY "network camera with a simulated sensor"
+    TEXT "Host process of a camera: it owns the channels of a simulated camera, drives the
+image-sensor control library of each, and offers both over HTTP, to programs and
+as a page for people, with the live picture.
+
+It comes with a unit for systemd, which is not started by itself.")
+endif()
 
 # Not part of a common build: the date and the words come from CHANGELOG.md, whose top entry must be of this version.
 set(changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
