@@ -89,15 +89,21 @@ function DayFields({ light, minute, lux, disabled }: { light: DayLight; minute: 
     <div class="day-fields">
       <DayCurveView curve={shown} minute={minute} lux={lux} />
       <div class="field-row">
-        <label for="scene-sunrise">Sunrise</label>
-        <input id="scene-sunrise" type="time" value={shown.sunrise} disabled={disabled} data-testid="scene-sunrise"
-          onChange={(event) => change({ sunrise: event.currentTarget.value })} />
-        <label for="scene-sunset">Sunset</label>
-        <input id="scene-sunset" type="time" value={shown.sunset} disabled={disabled} data-testid="scene-sunset"
-          onChange={(event) => change({ sunset: event.currentTarget.value })} />
-        <label for="scene-twilight">Twilight</label>
-        <NumberField id="scene-twilight" value={shown.twilightMinutes} min={1} max={180} unit="min" disabled={disabled}
-          testid="scene-twilight" onValue={(twilightMinutes) => change({ twilightMinutes })} />
+        <span class="field-pair">
+          <label for="scene-sunrise">Sunrise</label>
+          <input id="scene-sunrise" type="time" value={shown.sunrise} disabled={disabled} data-testid="scene-sunrise"
+            onChange={(event) => change({ sunrise: event.currentTarget.value })} />
+        </span>
+        <span class="field-pair">
+          <label for="scene-sunset">Sunset</label>
+          <input id="scene-sunset" type="time" value={shown.sunset} disabled={disabled} data-testid="scene-sunset"
+            onChange={(event) => change({ sunset: event.currentTarget.value })} />
+        </span>
+        <span class="field-pair">
+          <label for="scene-twilight">Twilight</label>
+          <NumberField id="scene-twilight" value={shown.twilightMinutes} min={1} max={180} unit="min" disabled={disabled}
+            testid="scene-twilight" onValue={(twilightMinutes) => change({ twilightMinutes })} />
+        </span>
       </div>
       <div class="field">
         <span class="field-name">By day</span>
