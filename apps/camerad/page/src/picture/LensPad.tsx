@@ -44,9 +44,9 @@ export function LensPad() {
           why={offer.focus ? why('focus-near') : ''}
           testid="lens-focus"
         >
-          {offer.focus ? <LensButton action="focus-near" label="Near" name="Focus nearer" {...part} /> : null}
-          {offer.focus ? <LensButton action="focus-far" label="Far" name="Focus farther" {...part} /> : null}
-          {offer.once ? <LensButton action="auto-focus" label="Auto" name="Focus once by itself" {...part} /> : null}
+          {offer.focus ? <LensButton action="focus-near" label="Near" name="Focus near" {...part} /> : null}
+          {offer.focus ? <LensButton action="focus-far" label="Far" name="Focus far" {...part} /> : null}
+          {offer.once ? <LensButton action="auto-focus" label="Auto" name="Auto focus once" {...part} /> : null}
         </LensPart>
       ) : null}
       {offer.iris ? (
@@ -60,7 +60,7 @@ export function LensPad() {
           {isMoving ? 'Moving' : 'Standing'}
         </span>
         {'' === readOnlyReason.value ? null : <span class="lens-why muted">{readOnlyReason.value}</span>}
-        {offer.reset ? <LensButton action="lens-reset" label="Reset lens" name="Reset the lens" {...part} /> : null}
+        {offer.reset ? <LensButton action="lens-reset" label="Reset lens" name="Reset lens" {...part} /> : null}
       </div>
     </div>
   );
