@@ -236,9 +236,9 @@ void Connection::admit(Request& p_stRequest) {
         } catch (const Refusal&) {
             request.stIdentity = Identity();  // whoever may log in may come with a session that has ended
         }
-        return;
+    } else {
+        request.stIdentity = m_stShared.objAccess.identify(request);
     }
-    request.stIdentity = m_stShared.objAccess.identify(request);
     m_stShared.objAccess.authorise(request, request.stIdentity, route);
 }
 
@@ -367,6 +367,7 @@ bool Connection::send(Request& p_stRequest) {
         count(exchange.nStatus);
     }
     m_stShared.nTimeouts += exchange.bLate ? 1 : 0;
+    m_bBroken = !sent;
     return sent && !exchange.bClose;
 }
 
@@ -380,6 +381,9 @@ void Connection::sendProblem(const HttpRefusal& p_objRefusal) {
 // A socket that is closed while bytes of the client are unread takes the answer back. So the client is told that nothing
 // more comes, and what it still sends is read over for a moment.
 void Connection::linger() {
+    if (m_bBroken) {
+        return;
+    }
     m_pWire->sayGoodbye();
     Wire plain(m_nSocket);
     const Deadline deadline = Clock::now() + kLingerTime;

@@ -52,7 +52,8 @@ private:
     const std::string m_strRemote;
     const std::string m_strLocal;
     std::unique_ptr<Wire> m_pWire;
-    std::string m_strIn;  // read and not yet used
+    std::string m_strIn;     // read and not yet used
+    bool m_bBroken = false;  // the last answer could not be sent to its end
 };
 
 }  // namespace camerad

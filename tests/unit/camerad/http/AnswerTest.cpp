@@ -122,6 +122,11 @@ TEST(HttpAnswer, ABadCredentialDoesNotEndWhatEverybodyMay) {
     EXPECT_EQ(server.get("/whoami", "Authorization: Bearer viewer\r\n").strBody, "viewer@127.0.0.1");
 }
 
+TEST(HttpAnswer, APageFromElsewhereMayNotEvenLogIn) {
+    const TestServer server;
+    EXPECT_EQ(server.ask(postRequest("/echo", "x", "Origin: https://evil.example\r\n")).nStatus, 403);
+}
+
 TEST(HttpAnswer, CountsByRouteAndStatus) {
     const TestServer server;
     server.get("/names/a");

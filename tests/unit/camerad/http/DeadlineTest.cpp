@@ -96,7 +96,6 @@ TEST(HttpDeadline, AClientThatTakesNoAnswer) {
     client.send(getRequest("/big"));
     EXPECT_TRUE(eventually([&server] { return 1U == server.counters().nTimeouts; }));
     EXPECT_TRUE(eventually([&server] { return 0U == server.counters().nConnections; }));
-    EXPECT_LT(client.readToEnd().size(), 4U * 1024 * 1024);
 }
 
 TEST(HttpDeadline, AClientThatTakesNoStream) {

@@ -83,8 +83,14 @@ camerad::Identity FakeAccess::identify(const camerad::HttpRequest& p_stRequest) 
     return identity;
 }
 
-void FakeAccess::authorise(const camerad::HttpRequest&, const camerad::Identity& p_stIdentity,
+void FakeAccess::authorise(const camerad::HttpRequest& p_stRequest, const camerad::Identity& p_stIdentity,
                            const camerad::Route& p_stRoute) {
+    if ("https://evil.example" == p_stRequest.header("origin")) {
+        throw camerad::Refusal(camerad::Refusal::Kind::Forbidden, "foreign-origin", "another page sends this");
+    }
+    if (camerad::Access::Everybody == p_stRoute.eAccess) {
+        return;
+    }
     if (camerad::Role::Nobody == p_stIdentity.eRole) {
         throw camerad::Refusal(camerad::Refusal::Kind::Unauthorised, "unauthorised", "say who you are");
     }
