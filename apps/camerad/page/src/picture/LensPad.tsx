@@ -10,16 +10,21 @@ import {
   type Family, familyOf, focusModeText, irisText, kExposureMode, lensReason, type Offer, offerOf, offersAnything, ratioText,
 } from './lens';
 
+const kPause = 1000; // milliseconds without a move, after which what this page did is over
+
 // Moves the lens: what is held goes on until it is let go. Only what the channel has is offered.
 export function LensPad() {
   const view = lens.value;
   const offer = offerOf(metadata.value);
   const [own, setOwn] = useState<Family | null>(null);
   const isMoving = true === view?.moving;
+  // Between two steps the lens may stand for a moment.
   useEffect(() => {
-    if (!isMoving) {
-      setOwn(null);
+    if (isMoving) {
+      return undefined;
     }
+    const timer = setTimeout(() => setOwn(null), kPause);
+    return () => clearTimeout(timer);
   }, [isMoving]);
   if (null === view || !offersAnything(offer)) {
     return null;
@@ -103,11 +108,11 @@ function LensButton({ action, label, name, offer, own, onOwn }: ButtonProps) {
   const family = familyOf(action);
   const repeats = 'zoom' === family || 'focus' === family || 'iris' === family;
   const reason = null === view ? '' : lensReason(action, view, offer, readOnlyReason.value, own, shownValue(kExposureMode));
-  const reasonNow = useRef(reason);
-  reasonNow.current = reason;
 
   const step = async (): Promise<boolean> => {
-    if ('' !== reasonNow.current) {
+    // Further steps of what is being held add up, whatever was last heard of the lens.
+    const now = lens.value;
+    if (null === now || '' !== lensReason(action, now, offer, readOnlyReason.value, family, shownValue(kExposureMode))) {
       return false;
     }
     const asked = channel.value;
