@@ -1,0 +1,167 @@
+#include "apps/camerad/program/Program.h"
+
+#include "apps/camerad/access/AccessControl.h"
+#include "apps/camerad/api/Api.h"
+#include "apps/camerad/host/CameraHost.h"
+#include "apps/camerad/http/Server.h"
+#include "apps/camerad/picture/PictureFeed.h"
+#include "apps/camerad/program/Files.h"
+#include "apps/camerad/program/LibraryMessages.h"
+#include "apps/camerad/program/Password.h"
+#include "apps/camerad/program/ServiceManager.h"
+#include "platform/DeviceRoot.h"
+#include "simcam/Camera.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+
+namespace camerad {
+
+namespace {
+
+const char kFolder[] = "/mnt/mtd/camerad";
+const char kCertificate[] = "/mnt/mtd/camerad/certificate.pem";
+const char kPrivateKey[] = "/mnt/mtd/camerad/key.pem";
+constexpr std::size_t kTranscriptLimit = 1000;  // entries; the host keeps a log of its own
+constexpr unsigned kEndSeconds = 5;             // until an end that hangs is no longer waited for
+
+void log(const std::string& p_strLine) {
+    std::cerr << "camerad: " + p_strLine + "\n";
+}
+
+// SIGTERM, SIGINT and SIGHUP wait until they are asked for, in every thread that is made from here on.
+class Signals {
+public:
+    Signals() {
+        std::signal(SIGPIPE, SIG_IGN);
+        sigemptyset(&m_stEnding);
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+            sigaddset(&m_stEnding, signal);
+        }
+        pthread_sigmask(SIG_BLOCK, &m_stEnding, nullptr);
+    }
+    // Blocks until one has come.
+    void wait() const {
+        int signal = 0;
+        while (0 != sigwait(&m_stEnding, &signal)) {
+        }
+        log(std::string("ending: ") + (SIGINT == signal ? "interrupted" : SIGHUP == signal ? "hung up" : "terminated"));
+    }
+
+private:
+    sigset_t m_stEnding{};
+};
+
+// What cannot be ended in time is left; every file of the camera is whole at any time.
+void onHung(int /*p_nSignal*/) {
+    const char text[] = "camerad: a call of the camera does not return; ending without it\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof(text) - 1);
+    _exit(kHung);
+}
+
+// Lines go to the host for as long as the object lives.
+class MessagesToHost {
+public:
+    MessagesToHost(LibraryMessages& p_objMessages, CameraHost& p_objHost) : m_objMessages(p_objMessages) {
+        m_objMessages.setTaker([&p_objHost](const std::string& p_strLine) { p_objHost.addMessage(p_strLine); });
+    }
+    ~MessagesToHost() { m_objMessages.setTaker(nullptr); }
+    MessagesToHost(const MessagesToHost&) = delete;
+    MessagesToHost& operator=(const MessagesToHost&) = delete;
+
+private:
+    LibraryMessages& m_objMessages;
+};
+
+std::vector<std::string> namesOf(const ProgramOptions& p_stOptions) {
+    std::vector<std::string> names = p_stOptions.vecHosts;
+    std::array<char, 256> name{};
+    if (0 == gethostname(name.data(), name.size() - 1)) {
+        names.emplace_back(name.data());
+        names.push_back(names.back() + ".local");
+    }
+    return names;
+}
+
+int serve(const ProgramOptions& p_stOptions) {
+    const Signals signals;
+    LibraryMessages messages;
+
+    AccessSettings accessSettings;
+    accessSettings.bBasicAllowed = p_stOptions.usesTls() || !p_stOptions.bInsecure;
+    const std::unique_ptr<AccessControl> access = AccessControl::open(accessSettings);
+    // At once: when something else fails later, nobody could ever learn it.
+    if (const std::optional<std::string> password = access->firstPassword()) {
+        messages.say("camerad: first start: sign in as admin with the password " + *password + "\n");
+    }
+    ServerSettings settings;
+    settings.strAddress = p_stOptions.strAddress;
+    settings.nPort = p_stOptions.nPort;
+    settings.vecHosts = namesOf(p_stOptions);
+    settings.fnLog = log;
+    if (p_stOptions.usesTls()) {
+        const std::string fingerprint = ensureCertificate(kCertificate, kPrivateKey, p_stOptions.strAddress);
+        settings.strCertificate = platform::devicePath(kCertificate);
+        settings.strPrivateKey = platform::devicePath(kPrivateKey);
+        messages.say("camerad: SHA-256 fingerprint of the certificate: " + fingerprint + "\n");
+    }
+
+    simcam::Camera camera({simcam::kMaxChannels, kTranscriptLimit});
+    EventHub events;
+    const std::unique_ptr<CameraHost> host = CameraHost::start(camera, events, {});
+    const MessagesToHost messagesToHost(messages, *host);
+    std::map<int, std::unique_ptr<PictureFeed>> feeds;
+    for (const int channel : host->channels()) {
+        feeds[channel] = PictureFeed::create(camera, channel, host->channel(channel).isThermal(), {});
+    }
+
+    std::unique_ptr<Server> server;
+    Api api{*host, events, *access, feeds, [&server] { return server->counters(); }, programVersion()};
+    Router router;
+    addRoutes(router, api);
+    addPage(router);
+    server = Server::create(settings, router, *access);
+    server->start();
+    {
+        const PortFile portFile(p_stOptions.strPortFile, server->port());
+        messages.say("camerad: " + server->url() + "\n");
+        log("serving at " + server->url());
+        const char* const manager = std::getenv("NOTIFY_SOCKET");
+        tellServiceManager(manager, "READY=1");
+        signals.wait();
+        tellServiceManager(manager, "STOPPING=1");
+    }
+
+    std::signal(SIGALRM, onHung);
+    alarm(kEndSeconds);
+    // Whoever waits for an event or a picture stops waiting, so that the server finds its threads free.
+    events.close();
+    for (const auto& [channel, feed] : feeds) {
+        feed->close();
+    }
+    server->stop();
+    return kEnded;
+}
+
+}  // namespace
+
+int runCamera(const ProgramOptions& p_stOptions) {
+    platform::setDeviceRoot(p_stOptions.strRoot);
+    const RootLock lock(platform::devicePath(kFolder));
+    if (!p_stOptions.strSetPassword.empty()) {
+        setPassword(p_stOptions.strSetPassword, readPassword(STDIN_FILENO));
+        log("the password of " + p_stOptions.strSetPassword + " is stored");
+        return kEnded;
+    }
+    const int status = serve(p_stOptions);
+    alarm(0);
+    log("ended");
+    return status;
+}
+
+}  // namespace camerad
