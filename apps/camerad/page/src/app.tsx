@@ -7,6 +7,7 @@ import { SettingsView } from './settings/SettingsView';
 import { Header } from './shell/Header';
 import { Login } from './shell/Login';
 import { channel, loadProblem, session } from './store';
+import { Button } from './ui/Button';
 import { Notices } from './ui/Notices';
 import { TabPanel, Tabs } from './ui/Tabs';
 
@@ -32,6 +33,9 @@ export function App() {
   const view = place.value.view;
   return (
     <>
+      <Button class="skip" onClick={() => document.getElementById(`view-${view}`)?.focus()}>
+        Go past the picture
+      </Button>
       <Header />
       <main class="work">
         <div class="left">

@@ -43,7 +43,7 @@ export function SchemeBar() {
               }
             }}
           >
-            {scheme.name}
+            <span class="scheme-text">{scheme.name}</span>
             {0 < scheme.unsaved ? (
               <span
                 class="dot"

@@ -21,6 +21,7 @@ const kFollow: { value: Follow; label: string; says: string }[] = [
 // The schemes of the channel: which one is in force, by what the camera switches, and when.
 export function SchemesView() {
   const [resetting, setResetting] = useState(false);
+  const [refused, setRefused] = useState(0); // a choice that was refused is drawn anew, as it is in force
   useEffect(() => dropDrafts, [channel.value]);
   const view = schemes.value;
   if (null === view) {
@@ -64,14 +65,18 @@ export function SchemesView() {
           <div class="control-field">
             <div class="radios" role="radiogroup" aria-labelledby="follow-label" aria-describedby="follow-says" data-testid="follow">
               {kFollow.map((entry) => (
-                <label key={entry.value} class={entry.value === view.follow ? 'chosen' : ''}>
+                <label key={`${entry.value} ${refused}`} class={entry.value === view.follow ? 'chosen' : ''}>
                   <input
                     type="radio"
                     name="follow"
                     checked={entry.value === view.follow}
                     disabled={isLocked}
                     data-testid={`follow-${entry.value}`}
-                    onChange={() => void changeSchemes({ follow: entry.value })}
+                    onChange={async () => {
+                      if (!(await changeSchemes({ follow: entry.value }))) {
+                        setRefused((count) => count + 1);
+                      }
+                    }}
                   />
                   <span>{entry.label}</span>
                 </label>

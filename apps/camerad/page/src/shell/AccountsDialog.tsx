@@ -46,9 +46,11 @@ export function AccountsDialog({ onClose }: { onClose: () => void }) {
                 value={account.role}
                 disabled={account.name === session.value?.name}
                 data-testid={`account-role-${account.name}`}
-                onChange={(event) =>
-                  void run(() => api.putAccount(account.name, { role: event.currentTarget.value as Role }))
-                }
+                onChange={(event) => {
+                  const wanted = event.currentTarget.value as Role;
+                  event.currentTarget.value = account.role; // until the camera has taken it
+                  void run(() => api.putAccount(account.name, { role: wanted }));
+                }}
               >
                 <option value="admin">Administrator</option>
                 <option value="viewer">Viewer</option>

@@ -1,0 +1,236 @@
+// The state of the page against a camera that the test plays.
+import assert from 'node:assert/strict';
+import { afterEach, beforeEach, test } from 'node:test';
+
+import * as store from '../src/store';
+import type { EventType } from '../src/types';
+
+type Answer = { status?: number; body?: unknown; headers?: Record<string, string> };
+
+// Answers requests from a table that a test changes, and keeps the event streams that were opened.
+class Camera {
+  readonly table = new Map<string, (body: unknown) => Answer | Promise<Answer>>();
+  readonly asked: string[] = [];
+  streams: ReadableStreamDefaultController<Uint8Array>[] = [];
+  revision = 17;
+  value = 50;
+
+  constructor() {
+    const answer = (body: unknown) => () => ({ body });
+    this.table.set('GET /session', answer({ name: 'admin', role: 'admin', csrf: 'proof' }));
+    this.table.set('DELETE /session', () => ({ status: 204 }));
+    this.table.set('GET /channels', answer({
+      channels: [{ channel: 1, kind: 'visible', ready: true, sensorType: 1, module: 'M', night: false, busyWith: null }],
+    }));
+    this.table.set('GET /scene', answer({ light: { kind: 'fixed', lux: 1 }, lux: 1 }));
+    this.table.set('GET /clock', answer({ time: '2026-11-21T12:00:00', simulated: false, speed: 1 }));
+    this.table.set('GET /faults', answer({ faults: [] }));
+    this.table.set('GET /channels/1/metadata', () => ({ body: { channel: 1, revision: this.revision, tabs: [] } }));
+    this.table.set('GET /channels/1/parameters', () => ({
+      body: {
+        channel: 1,
+        scheme: 0,
+        revision: this.revision,
+        parameters: [{ key: 34, name: 'KEY_BRIGHTNESS', value: this.value, default: 50, stored: 50, unsaved: 50 !== this.value }],
+      },
+    }));
+    this.table.set('GET /channels/1/schemes', answer({
+      channel: 1, current: 0, automatic: false, follow: 'nothing', factory: 4, schemes: [],
+    }));
+    this.table.set('GET /channels/1/day-night', answer({ state: 'day' }));
+  }
+
+  fetch = async (input: string, init: RequestInit): Promise<Response> => {
+    const name = `${init.method ?? 'GET'} ${input.replace('api/v1', '')}`;
+    this.asked.push(name);
+    if ('GET /events' === name) {
+      const stream = new ReadableStream<Uint8Array>({
+        start: (controller) => {
+          this.streams.push(controller);
+          init.signal?.addEventListener('abort', () => {
+            this.streams = this.streams.filter((other) => other !== controller);
+            controller.error(new Error('aborted'));
+          });
+        },
+      });
+      this.tell('hello' as EventType, { last: 0, version: '1' });
+      return new Response(stream, { status: 200 });
+    }
+    const body = 'string' === typeof init.body ? (JSON.parse(init.body) as unknown) : undefined;
+    const answer = (await this.table.get(name)?.(body)) ?? {
+      status: 404,
+      body: { type: '/problems/not-found', title: 'Not found', status: 404, detail: `Nothing at ${name}.` },
+    };
+    return new Response(undefined === answer.body ? null : JSON.stringify(answer.body), {
+      status: answer.status ?? 200,
+      headers: answer.headers ?? {},
+    });
+  };
+
+  tell(type: EventType, data: unknown): void {
+    const text = new TextEncoder().encode(`event: ${type}\ndata: ${JSON.stringify(data)}\n\n`);
+    this.streams.at(-1)?.enqueue(text);
+  }
+
+  change(value: number): void {
+    this.revision += 1;
+    this.value = value;
+    const changes = [{ key: 34, value, stored: 50, unsaved: true }];
+    this.tell('parameter', { channel: 1, scheme: 0, revision: this.revision, changes, by: 'admin', origin: '' });
+  }
+}
+
+const kPatience = 4000; // milliseconds
+
+// Waits for what the page does by itself.
+async function until(what: () => boolean): Promise<void> {
+  for (const end = Date.now() + kPatience; !what(); ) {
+    assert.ok(Date.now() < end, `it never came to this: ${String(what)}`);
+    await new Promise((resolve) => setImmediate(resolve));
+  }
+}
+
+const shown = () => store.shownValue(34);
+let camera: Camera;
+
+beforeEach(async () => {
+  camera = new Camera();
+  globalThis.fetch = camera.fetch as typeof fetch;
+  await store.start();
+  await until(() => 'live' === store.connection.value);
+});
+
+afterEach(async () => {
+  await store.logout();
+  await until(() => 0 === camera.streams.length);
+});
+
+test('after the first event everything is asked for, and what a channel lacks is left out', () => {
+  assert.equal(shown(), 50);
+  assert.equal(store.channel.value, 1);
+  assert.equal(store.dayNight.value, 'day');
+  assert.equal(store.lens.value, null);
+  assert.equal(store.readOnlyReason.value, '');
+});
+
+test('an event changes what is shown', async () => {
+  camera.change(60);
+  await until(() => 60 === shown());
+  assert.equal(store.values.value.byKey.get(34)?.unsaved, true);
+});
+
+test('what happens while everything is asked for is not lost', async () => {
+  let answer: () => void = () => undefined;
+  const ordinary = camera.table.get('GET /channels/1/parameters');
+  camera.table.set('GET /channels/1/parameters', async (body) => {
+    const old = await ordinary?.(body);
+    await new Promise<void>((resolve) => (answer = resolve));
+    return old as Answer;
+  });
+  const before = camera.asked.length;
+  camera.tell('resync', {});
+  await until(() => camera.asked.slice(before).includes('GET /channels/1/parameters'));
+  camera.change(70);
+  await new Promise((resolve) => setImmediate(resolve));
+  assert.equal(shown(), 50);
+  answer();
+  await until(() => 70 === shown());
+});
+
+test('a change is shown at once, and falls back with an explanation when it is refused', async () => {
+  camera.table.set('PATCH /channels/1/parameters', () => ({
+    body: {
+      scheme: 0,
+      revision: 17,
+      results: [{ key: 34, ok: false, value: 50, problem: { type: '/problems/camera-refused', title: 'R', status: 422, detail: 'No.' } }],
+    },
+  }));
+  store.setParameter(34, 95);
+  assert.equal(shown(), 95);
+  await until(() => 50 === shown());
+  assert.equal(store.refusals.value.get(34), 'No.');
+});
+
+test('a change that does not arrive falls back too', async () => {
+  camera.table.set('PATCH /channels/1/parameters', () => {
+    throw new Error('no line');
+  });
+  store.setParameter(34, 95);
+  await until(() => 50 === shown());
+  assert.equal(store.refusals.value.get(34), 'The camera cannot be reached.');
+});
+
+test('a control that is held is not moved by others, and follows once it is let go', async () => {
+  store.holdParameter(34);
+  camera.change(20);
+  await until(() => 20 === store.values.value.byKey.get(34)?.value);
+  assert.equal(shown(), 50);
+  store.releaseParameter(34);
+  assert.equal(shown(), 20);
+});
+
+test('a change carries the proof of the session', async () => {
+  let headers: Headers | undefined;
+  const ordinary = globalThis.fetch;
+  globalThis.fetch = ((input: string, init: RequestInit) => {
+    if ('PATCH' === init.method) {
+      headers = new Headers(init.headers);
+    }
+    return ordinary(input, init);
+  }) as typeof fetch;
+  camera.table.set('PATCH /channels/1/parameters', () => ({
+    body: { scheme: 0, revision: 18, results: [{ key: 34, ok: true, value: 51 }] },
+  }));
+  store.setParameter(34, 51);
+  await until(() => 0 === store.edits.value.size);
+  assert.equal(headers?.get('X-CSRF-Token'), 'proof');
+  assert.match(headers?.get('X-Client-Id') ?? '', /^[A-Za-z0-9_-]{1,40}$/);
+  assert.equal(shown(), 51);
+  assert.equal(store.values.value.byKey.get(34)?.unsaved, true);
+});
+
+test('a connection that ends is made anew, and everything asked for again', async () => {
+  camera.value = 33;
+  camera.streams.at(-1)?.close();
+  await until(() => 'reconnecting' === store.connection.value);
+  assert.notEqual(store.readOnlyReason.value, '');
+  await until(() => 'live' === store.connection.value);
+  assert.equal(shown(), 33);
+});
+
+test('a channel that is not ready can be left for another one', async () => {
+  camera.table.set('GET /channels', () => ({
+    body: {
+      channels: [1, 2].map((channel) => ({
+        channel, kind: 'visible', ready: true, sensorType: 1, module: 'M', night: false, busyWith: null,
+      })),
+    },
+  }));
+  camera.table.set('GET /channels/1/metadata', () => ({
+    status: 500,
+    body: { type: '/problems/not-ready', title: 'Failed', status: 500, detail: 'Channel 1 is not ready.' },
+  }));
+  camera.tell('resync', {});
+  await until(() => 2 === store.channels.value.length && 'Channel 1 is not ready.' === store.loadProblem.value);
+  for (const what of ['metadata', 'parameters', 'schemes']) {
+    const ordinary = camera.table.get(`GET /channels/1/${what}`);
+    camera.table.set(`GET /channels/2/${what}`, async (body) => {
+      const answer = 'metadata' === what ? { body: { revision: 1, tabs: [] } } : await ordinary?.(body);
+      return { body: { ...(answer?.body as object), channel: 2 } };
+    });
+  }
+  store.selectChannel(2);
+  await until(() => '' === store.loadProblem.value);
+  assert.equal(store.values.value.channel, 2);
+});
+
+test('when nobody is known any more, the login is shown and says why', async () => {
+  camera.table.set('PATCH /channels/1/parameters', () => ({
+    status: 401,
+    body: { type: '/problems/unauthorised', title: 'Unauthorised', status: 401 },
+  }));
+  store.setParameter(34, 51);
+  await until(() => null === store.session.value);
+  assert.match(store.sessionNote.value, /has ended/);
+  assert.equal(store.connection.value, 'off');
+});
