@@ -62,6 +62,45 @@ test('lines that did not come are told, in their place', () => {
   assert.match(ring.shown()[1]?.text ?? '', /^30 lines were left out/);
 });
 
+test('missing lines are found and filled in, and what was said of them goes', () => {
+  const ring = new LogRing();
+  ring.add([line(1), line(2)]);
+  assert.equal(ring.missingAfter(), undefined);
+  ring.addGap(2);
+  ring.add([line(5)]);
+  assert.equal(ring.missingAfter(), 2);
+  ring.fill(2, [line(3), line(4), line(5)]);
+  assert.deepEqual(ring.shown().map((one) => one.text), ['line 1', 'line 2', 'line 3', 'line 4', 'line 5']);
+  assert.equal(ring.missingAfter(), undefined);
+});
+
+test('lines that are missing behind the newest are found, too', () => {
+  const ring = new LogRing();
+  ring.add([line(1)]);
+  ring.addGap(2);
+  assert.equal(ring.missingAfter(), 1);
+  ring.fill(1, [line(2), line(3)]);
+  assert.deepEqual(numbers(ring), [1, 2, 3]);
+});
+
+test('messages that nobody told of are found by their numbers', () => {
+  const ring = new LogRing();
+  ring.add([line(1), line(4)]);
+  assert.equal(ring.missingAfter(), 1);
+});
+
+test('what the camera does not have either is asked for once', () => {
+  const ring = new LogRing();
+  ring.add([line(1)]);
+  ring.addGap(5);
+  ring.add([line(9)]);
+  ring.fill(1, [line(8), line(9)]);
+  assert.deepEqual(ring.shown().map((one) => one.number), [1, 1.5, 8, 9]);
+  assert.equal(ring.missingAfter(), undefined);
+  ring.add([line(12)]);
+  assert.equal(ring.missingAfter(), 9);
+});
+
 test('each change is seen by its version', () => {
   const ring = new LogRing();
   const versions = [ring.version];

@@ -6,8 +6,9 @@ import { api, explain } from '../api';
 import { onAnew, onEvent } from '../store';
 import type { LogEntry } from '../types';
 import { catchUp } from './catchUp';
-import { LogRing } from './ring';
+import { kMostLines, LogRing } from './ring';
 
+const kQuiet = 500; // milliseconds
 const kDrawPause = 80; // milliseconds; lines come in batches of 100 ms, and nobody reads faster
 
 export const ring = new LogRing();
@@ -43,6 +44,28 @@ function take(entries: readonly LogEntry[], dropped: number): void {
   ring.add(entries);
   ring.addGap(dropped);
   changed();
+  fillWhenQuiet();
+}
+
+// What did not come as events is asked for once no more come: in a burst more is logged than is told.
+let quiet: ReturnType<typeof setTimeout> | undefined;
+
+function fillWhenQuiet(): void {
+  clearTimeout(quiet);
+  quiet = setTimeout(() => {
+    const after = ring.missingAfter();
+    if (undefined === after || isLoading) {
+      return;
+    }
+    api.log(after, kMostLines).then(
+      (view) => {
+        ring.fill(after, view.entries);
+        changed();
+        fillWhenQuiet(); // there may be another gap
+      },
+      () => undefined, // it stays a gap
+    );
+  }, kQuiet);
 }
 
 let isLoading = false;

@@ -22,6 +22,8 @@ export class LogRing {
   private newestOne: LogLine | undefined;
   // Numbers below have been thrown away or cleared; they do not come back.
   private floor = 0;
+  // Below, nothing that is missing is asked for any more.
+  private givenUp = 0;
   // Grows with every change.
   version = 0;
   // Lines that were new, since the page started.
@@ -86,6 +88,33 @@ export class LogRing {
     return this.lines;
   }
 
+  // The number after which the first line is missing that is worth asking for; undefined when none is.
+  missingAfter(): number | undefined {
+    let before: number | undefined;
+    for (const line of this.shown()) {
+      if ('gap' !== line.kind) {
+        if (undefined !== before && line.number > before + 1 && before >= this.givenUp) {
+          return before;
+        }
+        before = line.number;
+      }
+    }
+    // Lines may be missing behind the newest one, too.
+    const last = this.lines[this.lines.length - 1];
+    return undefined !== before && 'gap' === last?.kind && before >= this.givenUp ? before : undefined;
+  }
+
+  // Puts lines in that follow without a break on the one with that number; what was said to be left out between them is
+  // here now. What the camera does not have either is not asked for again.
+  fill(after: number, batch: readonly LogLine[]): void {
+    const first = batch[0]?.number ?? Infinity;
+    const last = batch[batch.length - 1]?.number ?? after;
+    this.givenUp = Math.max(this.givenUp, first > after + 1 ? after + 1 : 0);
+    this.lines = this.lines.filter((line) => 'gap' !== line.kind || line.number < Math.max(first - 1, after) || line.number > last);
+    this.add(batch);
+    this.version += 1;
+  }
+
   clear(): void {
     this.floor = this.newest;
     this.lines = [];
@@ -98,6 +127,7 @@ export class LogRing {
     this.newest = 0;
     this.newestOne = undefined;
     this.floor = 0;
+    this.givenUp = 0;
     this.version += 1;
   }
 
