@@ -166,6 +166,7 @@ private:
                 m_objEvents,
                 m_objKept,
                 m_stSettings,
+                m_mutexInit,
                 [this](const std::string& p_strLine) { addMessage(p_strLine); },
                 [this](const std::string& p_strWhy) { m_objLog.countSwitch(p_strWhy); },
                 [this] { m_objLog.countStored(); },
@@ -242,6 +243,7 @@ private:
     mutable std::mutex m_mutexFaults;  // the limit, and events in the order of the changes
     std::mutex m_mutexPower;           // one power cycle at a time
     mutable std::mutex m_mutexSign;    // the sign file
+    std::mutex m_mutexInit;            // see ChannelContext
     std::map<int, std::unique_ptr<Channel>> m_mapChannels;
 };
 

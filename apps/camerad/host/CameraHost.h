@@ -17,9 +17,9 @@
 namespace camerad {
 
 struct HostSettings {
-    int nWaitMilliseconds = 5000;   // for the worker of a channel at most
-    int nResetMilliseconds = 60000; // for a reset, a start or a stop at most
-    int nLookMilliseconds = 200;    // between two looks at what the camera does by itself
+    int nWaitMilliseconds = 5000;    // for the worker of a channel at most
+    int nResetMilliseconds = 60000;  // for a reset, a start or a stop at most
+    int nLookMilliseconds = 200;     // between two looks at what the camera does by itself
 };
 
 // The clock as people see it.
@@ -49,7 +49,7 @@ struct LogEntry {
     u32 nCommand = 0;           // driver command or key
     std::string strOption;      // set, get, range, correct, status; empty
     int nResult = 0;
-    std::string strText;        // one line for a person
+    std::string strText;  // one line for a person
 };
 
 class CameraHost {
@@ -60,8 +60,8 @@ public:
                                              const HostSettings& p_stSettings);
     virtual ~CameraHost() = default;  // stops every channel
 
-    virtual std::vector<int> channels() const = 0;             // numbers, ascending
-    virtual ChannelHost& channel(int p_nChannel) = 0;          // Refusal (NotFound)
+    virtual std::vector<int> channels() const = 0;     // numbers, ascending
+    virtual ChannelHost& channel(int p_nChannel) = 0;  // Refusal (NotFound)
     virtual simcam::Camera& camera() = 0;
 
     // --- Scene, clock, faults: of the simulated camera ---
@@ -80,8 +80,8 @@ public:
 
     // --- Log ---
     virtual std::vector<LogEntry> log(std::uint64_t p_nAfter, std::size_t p_nMost) const = 0;  // oldest first
-    virtual void addMessage(const std::string& p_strLine) = 0;  // a line that the library printed
-    virtual int messageLevel() const = 0;                       // of the library
+    virtual void addMessage(const std::string& p_strLine) = 0;               // a line that the library printed
+    virtual int messageLevel() const = 0;                                    // of the library
     virtual void setMessageLevel(int p_nLevel, const Actor& p_stActor) = 0;  // 0 to 8; kept in the sign file
     virtual HostCounters counters() const = 0;
 };

@@ -163,7 +163,10 @@ void Channel::bringUp(const Actor& p_stActor, const std::string& p_strWhy) {
     m_stNow.bReady = false;
     m_stNow.strProblem.clear();
     try {
-        if (!m_pController->init(m_stDescription.objModule)) {
+        std::unique_lock lock(m_stContext.objInit);
+        const bool bDone = m_pController->init(m_stDescription.objModule);
+        lock.unlock();
+        if (!bDone) {
             throw Refusal(Refusal::Kind::Failed, "not-ready", "its controller cannot be initialised");
         }
         takeUp();

@@ -41,6 +41,8 @@ struct ChannelContext {
     EventHub& objEvents;
     Settings& objSettings;
     HostSettings stSettings;
+    // One controller is initialised at a time: one that finds no version file deletes the stored files of all channels.
+    std::mutex& objInit;
     std::function<void(const std::string&)> fnMessage;   // a line for the log
     std::function<void(const std::string&)> fnSwitched;  // why
     std::function<void()> fnStored;                      // a scheme was written to flash

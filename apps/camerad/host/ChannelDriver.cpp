@@ -5,7 +5,7 @@
 #include "apps/shared/KeyNames.h"
 #include "apps/shared/NearestMatch.h"
 
-#include <cctype>
+#include <algorithm>
 #include <sstream>
 
 namespace camerad {

@@ -53,7 +53,7 @@ struct Change {
 
 struct ChangeResult {
     u32 nKey = 0;
-    int nValue = 0;                 // in force afterwards; meaningful when there is no refusal
+    int nValue = 0;  // in force afterwards; meaningful when there is no refusal
     std::optional<Refusal> refusal;
 };
 
@@ -68,17 +68,17 @@ struct Window {
 
 struct SchemeView {
     int nIndex = 0;
-    std::string strName;           // as the user calls it
+    std::string strName;  // as the user calls it
     Window stWindow;
-    std::vector<u32> vecUnsaved;   // keys whose value is not the stored one
+    std::vector<u32> vecUnsaved;                  // keys whose value is not the stored one
     std::vector<std::pair<int, int>> vecInForce;  // minutes of the day in which the schedule takes this scheme
 };
 
 struct SchemesView {
     int nCurrent = -1;
-    int nFactory = 0;            // number of the factory scheme, which is not in the list
+    int nFactory = 0;  // number of the factory scheme, which is not in the list
     bool bAutomatic = false;
-    std::string strFollow;       // "nothing", "schedule", "day-night"
+    std::string strFollow;  // "nothing", "schedule", "day-night"
     std::vector<SchemeView> vecSchemes;
 };
 
@@ -114,12 +114,12 @@ struct SaveResult {
 struct ChannelView {
     int nChannel = 0;
     bool bThermal = false;
-    bool bReady = false;          // the controller is initialised
-    std::string strProblem;       // why it is not ready, a sentence; empty when it is
+    bool bReady = false;     // the controller is initialised
+    std::string strProblem;  // why it is not ready, a sentence; empty when it is
     unsigned nSensorType = 0;
-    std::string strVersion;       // of the camera module
+    std::string strVersion;  // of the camera module
     bool bNight = false;
-    std::string strBusyWith;      // the operation that is going on, empty when none
+    std::string strBusyWith;  // the operation that is going on, empty when none
 };
 
 class ChannelHost {
@@ -142,8 +142,8 @@ public:
     virtual ParameterValue setToDefault(u32 p_nKey, const Actor& p_stActor) = 0;
     virtual ParameterValue restore(u32 p_nKey, const Actor& p_stActor) = 0;
     virtual void restoreFocusAndExposure(const Actor& p_stActor) = 0;
-    virtual std::shared_ptr<const Style> style() = 0;   // with the ranges as they were last seen
-    virtual std::string styleDocument() = 0;            // asks the library each time
+    virtual std::shared_ptr<const Style> style() = 0;  // with the ranges as they were last seen
+    virtual std::string styleDocument() = 0;           // asks the library each time
     virtual std::uint64_t revision() const = 0;
 
     // --- Schemes ---

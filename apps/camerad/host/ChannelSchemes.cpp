@@ -135,6 +135,7 @@ void Channel::visit(int p_nScheme, const std::function<void()>& p_fnWork) {
     try {
         const std::string strRefused = m_stNow.nScheme == p_nScheme ? "" : switchTo(p_nScheme);
         p_fnWork();
+        readValues();
         if (!strRefused.empty()) {
             refusal.emplace(Refusal::Kind::Refused, "camera-refused",
                             "done, but " + schemeText(p_nScheme) + " could not be applied as a whole: " + strRefused);
@@ -260,7 +261,6 @@ void Channel::setWindow(int p_nScheme, const Window& p_stWindow, const Actor& p_
                 for (const auto& [nKey, nValue] : values) {
                     set(nKey, nValue, true);
                 }
-                readValues();
             });
         } catch (const Refusal& objWhy) {
             refusal = objWhy;

@@ -35,8 +35,8 @@ struct EventFilter {
 class EventHub {
 public:
     struct Limits {
-        std::size_t nQueue = 512;   // events waiting for one listener
-        std::size_t nKept = 1024;   // events kept for those who come back
+        std::size_t nQueue = 512;              // events waiting for one listener
+        std::size_t nKept = 1024;              // events kept for those who come back
         std::size_t nBytes = 4 * 1024 * 1024;  // of the data of either
     };
 

@@ -26,8 +26,8 @@ struct StyleItem {
     std::string strLabel;
     std::string strType;  // slider, number, switch, choice, button, notice; any other word as it stands
     std::string strUnit;
-    std::string strTab;                // key of its tab
-    std::optional<int> standard;       // the attribute "value": default; absent for what no scheme holds
+    std::string strTab;           // key of its tab
+    std::optional<int> standard;  // the attribute "value": default; absent for what no scheme holds
     std::optional<int> min, max, step;
     std::optional<u32> minKey, maxKey;  // keys whose values limit it further
     std::vector<StyleChoice> vecChoices;
@@ -41,7 +41,7 @@ struct StyleItem {
 };
 
 struct StyleGroup {
-    std::string strLabel;   // empty for parameters that stand directly in their tab
+    std::string strLabel;  // empty for parameters that stand directly in their tab
     std::string strShowIf;
     std::vector<StyleItem> vecItems;
 };
