@@ -111,6 +111,18 @@ test('gaps, overlaps and windows that never count are said in words', () => {
   assert.deepEqual(remarks([span('00:00', '24:00')], ['Day']), []);
 });
 
+test('a new camera, whose schemes all have the whole day, gets two sentences', () => {
+  const whole = span('00:00', '24:00');
+  assert.deepEqual(remarks([whole, whole, whole], ['A', 'B', 'C']), [
+    'A, B and C overlap from 00:00 to 24:00: A stands first and is in force.',
+    'B and C are never in force by their windows: schemes before them cover all of them.',
+  ]);
+});
+
+test('a window that could not be stored is no remark: it is explained beside it', () => {
+  assert.deepEqual(remarks([span('00:00', '24:00'), span('23:00', '05:00')], ['A', 'B']), []);
+});
+
 for (const [text, minutes] of [
   ['6', 360],
   ['06:30', 390],

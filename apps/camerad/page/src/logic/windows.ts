@@ -116,11 +116,14 @@ export function remarks(spans: Span[], names: string[]): string[] {
         `${called(schemes[0] as number)} stands first and is in force.`,
     );
   }
-  spans.forEach((span, scheme) => {
-    if (undefined === objection(span) && !pieces.some((piece) => piece.scheme === scheme && piece.matching.includes(scheme))) {
-      texts.push(`${called(scheme)} is never in force by its window: schemes before it cover all of it.`);
-    }
-  });
+  const covered = spans.flatMap((span, scheme) =>
+    undefined === objection(span) && !pieces.some((piece) => piece.matching[0] === scheme) ? [called(scheme)] : [],
+  );
+  if (1 === covered.length) {
+    texts.push(`${covered[0] ?? ''} is never in force by its window: schemes before it cover all of it.`);
+  } else if (1 < covered.length) {
+    texts.push(`${listed(covered)} are never in force by their windows: schemes before them cover all of them.`);
+  }
   return texts;
 }
 

@@ -1,13 +1,13 @@
 import { useEffect, useState } from 'preact/hooks';
 
 import { api } from '../api';
-import { parseTime, remarks, type Span, timeText } from '../logic/windows';
+import { objection, parseTime, remarks, type Span, timeText } from '../logic/windows';
 import { attempt, channel, changeSchemes, readOnlyReason, schemes, takeSchemes } from '../store';
 import type { Follow, SchemeView } from '../types';
 import { Button } from '../ui/Button';
 import { Panel } from '../ui/Panel';
 import { Switch } from '../ui/Switch';
-import { dropDraft, dropDrafts, setWindow, shownSpan, windowProblems } from './drafts';
+import { drafts, dropDraft, dropDrafts, setWindow, shownSpan, windowProblems } from './drafts';
 import { ResetDialog } from './ResetDialog';
 import { SchemeBar } from './SchemeBar';
 import { TimeLine } from './TimeLine';
@@ -144,7 +144,8 @@ export function SchemesView() {
 
 function WindowRow({ scheme, isLocked }: { scheme: SchemeView; isLocked: boolean }) {
   const span = shownSpan(scheme.index);
-  const problem = windowProblems.value.get(scheme.index) ?? '';
+  // The camera's own window may be one that cannot be stored, when it was set by its numbers.
+  const problem = windowProblems.value.get(scheme.index) ?? objection(span)?.text ?? '';
   return (
     <>
       <tr>
@@ -171,9 +172,11 @@ function WindowRow({ scheme, isLocked }: { scheme: SchemeView; isLocked: boolean
         <tr>
           <td colSpan={4} class="problem" role="alert" id={`window-problem-${scheme.index}`} data-testid={`window-problem-${scheme.index}`}>
             {problem}{' '}
-            <Button small data-testid={`window-undo-${scheme.index}`} onClick={() => dropDraft(scheme.index)}>
-              Take back
-            </Button>
+            {drafts.value.has(scheme.index) ? (
+              <Button small data-testid={`window-undo-${scheme.index}`} onClick={() => dropDraft(scheme.index)}>
+                Take back
+              </Button>
+            ) : null}
           </td>
         </tr>
       )}

@@ -76,7 +76,6 @@ export function Login() {
         />
         <p class="problem" role="alert" data-testid="login-problem">
           {problem}
-          {0 < pause ? ` Try again in ${pause} s.` : ''}
         </p>
         <Button
           kind="primary"
@@ -84,7 +83,7 @@ export function Login() {
           data-testid="login-submit"
           reason={0 < pause ? `Try again in ${pause} s` : undefined}
         >
-          {working ? 'Signing in …' : 'Sign in'}
+          {0 < pause ? `Try again in ${pause} s` : working ? 'Signing in …' : 'Sign in'}
         </Button>
       </form>
     </main>
