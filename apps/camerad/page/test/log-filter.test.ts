@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { isEverything, isFailure, kEverything, type LogFilter, lineText, matcher, visibleRows } from '../src/log/filter';
+import { isEverything, isFailure, kEverything, type LogFilter, lineText, matcher, nameOf, visibleRows } from '../src/log/filter';
 import type { LogLine } from '../src/log/ring';
 
 const kSet: LogLine = {
@@ -40,6 +40,13 @@ test('each part of the filter takes away', () => {
     assert.deepEqual(shown(change), expected, JSON.stringify(change));
     assert.equal(isEverything({ ...kEverything, ...change }), false, JSON.stringify(change));
   }
+});
+
+test('what a number is called can be searched, too', () => {
+  const names = new Map([[2384, 'Picture: Mirror'], [2369, 'Exposure: Strength']]);
+  assert.deepEqual(kAll.map((line) => nameOf(line, names)), ['Exposure: Strength', 'Picture: Mirror', '']);
+  assert.deepEqual(kAll.filter(matcher({ ...kEverything, text: 'exposure' }, names)), [kSet]);
+  assert.deepEqual(kAll.filter(matcher({ ...kEverything, text: 'exposure' })), []);
 });
 
 test('a failure is a call that did not return 0', () => {

@@ -3,12 +3,13 @@ import './log.css';
 import { useEffect, useLayoutEffect, useMemo, useRef, useState } from 'preact/hooks';
 
 import { api } from '../api';
-import { attempt, channels, notify, readOnlyReason } from '../store';
+import { labelsOf } from '../scene/labels';
+import { attempt, channels, metadata, notify, readOnlyReason } from '../store';
 import { Button } from '../ui/Button';
 import { Panel } from '../ui/Panel';
 import { Select } from '../ui/Select';
 import { clearLog, drawn, feedProblem, ring, startLog } from './feed';
-import { isEverything, isFailure, kEverything, kindWord, type LogFilter, lineText, matcher, timeOf, visibleRows } from './filter';
+import { isEverything, isFailure, kEverything, kindWord, type LogFilter, lineText, matcher, nameOf, timeOf, visibleRows } from './filter';
 import type { LogLine } from './ring';
 
 startLog();
@@ -29,7 +30,11 @@ export function LogPanel() {
   };
   const version = drawn.value;
   const all = null === paused ? ring.shown() : paused.lines;
-  const lines = useMemo(() => (isEverything(filter) ? all.slice() : all.filter(matcher(filter))), [filter, version, paused]);
+  const names = useMemo(() => labelsOf(metadata.value), [metadata.value]);
+  const lines = useMemo(
+    () => (isEverything(filter) ? all.slice() : all.filter(matcher(filter, names))),
+    [filter, version, paused, names],
+  );
   const missed = null === paused ? 0 : ring.received - paused.received;
 
   return (
@@ -96,11 +101,12 @@ export function LogPanel() {
       )}
       <Lines
         lines={lines}
+        names={names}
         emptyText={all.length > 0 ? 'No line passes the filter.' : 'Nothing has been logged yet.'}
         selected={selected}
         onSelect={setSelected}
       />
-      {null === selected ? null : <Detail line={selected} onClose={() => setSelected(null)} />}
+      {null === selected ? null : <Detail line={selected} name={nameOf(selected, names)} onClose={() => setSelected(null)} />}
       <div class="log-foot">
         <span class="muted" role="status" data-testid="log-count">
           {isEverything(filter) ? `${all.length} lines` : `${lines.length} of ${all.length} lines`}
@@ -128,6 +134,7 @@ function Check({ label, on, testid, onChange }: {
 
 interface LinesProps {
   lines: readonly LogLine[];
+  names: ReadonlyMap<number, string>;
   emptyText: string;
   selected: LogLine | null;
   onSelect: (line: LogLine | null) => void;
@@ -135,7 +142,7 @@ interface LinesProps {
 
 // Draws only the rows that can be seen. At the end it follows what comes; scrolled up it stays with the lines that are
 // read, also while the oldest go.
-function Lines({ lines, emptyText, selected, onSelect }: LinesProps) {
+function Lines({ lines, names, emptyText, selected, onSelect }: LinesProps) {
   const box = useRef<HTMLDivElement>(null);
   const [place, setPlace] = useState({ top: 0, height: 400 });
   const [isFollowing, setFollowing] = useState(true);
@@ -223,7 +230,7 @@ function Lines({ lines, emptyText, selected, onSelect }: LinesProps) {
         <div class="log-rows" style={{ height: `${lines.length * kRow}px` }}>
           <div class="log-window" style={{ transform: `translateY(${from * kRow}px)` }}>
             {lines.slice(from, to).map((line) => (
-              <Row key={line.number} line={line} isSelected={selected?.number === line.number} onSelect={onSelect} />
+              <Row key={line.number} line={line} name={nameOf(line, names)} isSelected={selected?.number === line.number} onSelect={onSelect} />
             ))}
           </div>
         </div>
@@ -259,8 +266,9 @@ function rowOf(lines: readonly LogLine[], number: number): number {
   return low;
 }
 
-function Row({ line, isSelected, onSelect }: {
+function Row({ line, name, isSelected, onSelect }: {
   line: LogLine;
+  name: string;
   isSelected: boolean;
   onSelect: (line: LogLine | null) => void;
 }) {
@@ -277,15 +285,19 @@ function Row({ line, isSelected, onSelect }: {
       <span class="log-text">
         {isBad ? <span class="log-mark" role="img" aria-label="failed">✕ </span> : null}
         {line.text}
+        {'' === name ? null : <span class="log-name"> {name}</span>}
       </span>
     </div>
   );
 }
 
-function Detail({ line, onClose }: { line: LogLine; onClose: () => void }) {
+function Detail({ line, name, onClose }: { line: LogLine; name: string; onClose: () => void }) {
   return (
     <div class="log-detail" role="status" data-testid="log-detail">
-      <p class="log-detail-text">{lineText(line)}</p>
+      <p class="log-detail-text">
+        {lineText(line)}
+        {'' === name ? '' : `  ${name}`}
+      </p>
       <Button kind="quiet" small aria-label="Close the line" onClick={onClose}>
         ×
       </Button>

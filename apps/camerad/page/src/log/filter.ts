@@ -49,6 +49,11 @@ export function kindWord(kind: string): string {
   }
 }
 
+// What the command or key of a line is called; empty where it has no name.
+export function nameOf(line: LogLine, names: ReadonlyMap<number, string>): string {
+  return 'driver' === line.kind || 'video' === line.kind ? (names.get(line.command) ?? '') : '';
+}
+
 function kindShown(filter: LogFilter, kind: string): boolean {
   switch (kind) {
     case 'driver':
@@ -62,8 +67,8 @@ function kindShown(filter: LogFilter, kind: string): boolean {
   }
 }
 
-// Every word of the filter must be somewhere in the line; "-word" must not.
-export function matcher(filter: LogFilter): (line: LogLine) => boolean {
+// Every word of the filter must be somewhere in the line or in what its number is called; "-word" must not.
+export function matcher(filter: LogFilter, names: ReadonlyMap<number, string> = new Map()): (line: LogLine) => boolean {
   const words = filter.text.toLowerCase().split(/\s+/).filter((word) => '' !== word && '-' !== word);
   const wanted = words.filter((word) => !word.startsWith('-') || /^-\d/.test(word));
   const unwanted = words.filter((word) => word.startsWith('-') && !/^-\d/.test(word)).map((word) => word.slice(1));
@@ -77,7 +82,7 @@ export function matcher(filter: LogFilter): (line: LogLine) => boolean {
     if (0 === words.length) {
       return true;
     }
-    const text = `${lineText(line)} ${line.command || ''} ${line.option} ${line.result}`.toLowerCase();
+    const text = `${lineText(line)} ${line.command || ''} ${line.option} ${line.result} ${nameOf(line, names)}`.toLowerCase();
     return wanted.every((word) => text.includes(word)) && !unwanted.some((word) => text.includes(word));
   };
 }

@@ -104,7 +104,7 @@ interface ButtonProps {
 function LensButton({ action, label, name, offer, own, onOwn }: ButtonProps) {
   const view = lens.value;
   const hold = useRef<Hold | null>(null);
-  const pressedAt = useRef(-Infinity);
+  const isPressed = useRef(false); // by a pointer, whose click is still to come
   const family = familyOf(action);
   const repeats = 'zoom' === family || 'focus' === family || 'iris' === family;
   const reason = null === view ? '' : lensReason(action, view, offer, readOnlyReason.value, own, shownValue(kExposureMode));
@@ -131,12 +131,15 @@ function LensButton({ action, label, name, offer, own, onOwn }: ButtonProps) {
   }
   const holding = hold.current;
   const begin = (): void => {
-    pressedAt.current = performance.now();
     if (repeats && '' === reason) {
       holding.begin();
     }
   };
   const end = (): void => holding.end();
+  const leave = (): void => {
+    isPressed.current = false;
+    end();
+  };
   useEffect(() => end, []);
 
   return (
@@ -148,12 +151,13 @@ function LensButton({ action, label, name, offer, own, onOwn }: ButtonProps) {
       data-testid={action}
       onPointerDown={(event) => {
         if (0 === event.button) {
+          isPressed.current = true;
           begin();
         }
       }}
       onPointerUp={end}
-      onPointerCancel={end}
-      onPointerLeave={end}
+      onPointerCancel={leave}
+      onPointerLeave={leave}
       onBlur={end}
       onContextMenu={(event) => event.preventDefault()}
       onKeyDown={(event) => {
@@ -172,10 +176,10 @@ function LensButton({ action, label, name, offer, own, onOwn }: ButtonProps) {
       }}
       onClick={() => {
         // A click that comes of a press has been served by it; one that comes alone is that of an assistive technology.
-        if (!repeats || performance.now() - pressedAt.current > 30_000) {
+        if (!repeats || !isPressed.current) {
           void step();
         }
-        pressedAt.current = -Infinity;
+        isPressed.current = false;
       }}
     >
       {label}

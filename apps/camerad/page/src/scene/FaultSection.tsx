@@ -2,14 +2,14 @@ import { useMemo, useState } from 'preact/hooks';
 
 import { api, explain } from '../api';
 import { attempt, faults, metadata } from '../store';
-import type { Metadata } from '../types';
 import { Button } from '../ui/Button';
 import { Chip } from '../ui/Chip';
 import { type FaultForm, faultText, faultWords, formObjection, kEmptyFault } from './faultText';
+import { labelsOf } from './labels';
 
 // What goes wrong in the driver and in the video module, on purpose.
 export function FaultSection({ disabled, reason }: { disabled: boolean; reason: string }) {
-  const names = useMemo(() => namesOf(metadata.value), [metadata.value]);
+  const names = useMemo(() => labelsOf(metadata.value), [metadata.value]);
   const name = (number: number): string => names.get(number) ?? '';
   const blocked = disabled ? reason : undefined;
   return (
@@ -46,18 +46,6 @@ export function FaultSection({ disabled, reason }: { disabled: boolean; reason: 
       <AddFault names={names} disabled={disabled} reason={reason} />
     </section>
   );
-}
-
-function namesOf(view: Metadata | null): Map<number, string> {
-  const names = new Map<number, string>();
-  for (const tab of view?.tabs ?? []) {
-    for (const group of tab.groups) {
-      for (const item of group.parameters) {
-        names.set(item.key, `${tab.label}: ${item.label}`);
-      }
-    }
-  }
-  return names;
 }
 
 function AddFault({ names, disabled, reason }: { names: Map<number, string>; disabled: boolean; reason: string }) {
