@@ -35,10 +35,19 @@ std::optional<ParameterValue> knownValue(const ParameterValues& p_stValues, u32 
     return p_stValues.vecValues.end() == at ? std::nullopt : std::optional<ParameterValue>(*at);
 }
 
+json channelView(ChannelHost& p_objChannel) {
+    const ChannelView view = p_objChannel.view();
+    json result = toJson(view);
+    if (!view.strProblem.empty()) {
+        result["problem"] = view.strProblem;
+    }
+    return result;
+}
+
 HttpResponse channels(Api& p_stApi, const HttpRequest&) {
     json list = json::array();
     for (const int channel : p_stApi.objHost.channels()) {
-        list.push_back(toJson(p_stApi.objHost.channel(channel).view()));
+        list.push_back(channelView(p_stApi.objHost.channel(channel)));
     }
     return jsonAnswer({{"channels", std::move(list)}});
 }
@@ -188,7 +197,7 @@ void addParameterRoutes(Router& p_objRouter, Api& p_stApi) {
     };
     add("GET", "", kNoBody, channels);
     add("GET", "/{channel}", kNoBody, [](Api& p_stOwn, const HttpRequest& p_stRequest) {
-        return jsonAnswer(toJson(channelOf(p_stOwn, p_stRequest).view()));
+        return jsonAnswer(channelView(channelOf(p_stOwn, p_stRequest)));
     });
     add("GET", "/{channel}/parameters", kNoBody, parameters);
     add("PATCH", "/{channel}/parameters", kListBody, patchParameters);

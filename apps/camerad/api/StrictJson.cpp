@@ -25,7 +25,11 @@ constexpr int kOverflowId = 406;  // of the parser: a number that no double hold
 [[noreturn]] void refuseText(const std::string& p_strDetail, const std::string& p_strPointer) {
     json document = problemDocument(kBadRequest, "malformed-json", p_strDetail);
     document["errors"] = json::array({{{"pointer", p_strPointer}, {"detail", p_strDetail}}});
-    throw ProblemAnswer({kBadRequest, "application/problem+json", document.dump(), {}, nullptr});
+    throw ProblemAnswer({kBadRequest,
+                         "application/problem+json",
+                         document.dump(-1, ' ', false, json::error_handler_t::replace),
+                         {},
+                         nullptr});
 }
 
 // Builds the value while the parser reads, and knows where it is.
