@@ -1,0 +1,242 @@
+// Every route that takes a body, driven by its own example in the description: what is no such body is refused, in words,
+// before the camera is asked.
+#include "tests/unit/camerad/api/Fakes.h"
+#include "tests/unit/camerad/api/Schema.h"
+
+#include <gmock/gmock.h>
+
+namespace camerad {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct Row {
+    std::string strMethod;
+    std::string strTarget;  // with the examples of its parameters
+    json objBody;           // null for a route without one
+
+    friend void PrintTo(const Row& p_stRow, std::ostream* p_pStream) {
+        *p_pStream << p_stRow.strMethod << " " << p_stRow.strTarget;
+    }
+};
+
+std::vector<Row> allRows() {
+    std::vector<Row> vecRows;
+    for (const auto& path : description().at("paths").items()) {
+        for (const auto& operation : path.value().items()) {
+            Row row{operation.key(), path.key(), {}};
+            for (char& letter : row.strMethod) {
+                letter = static_cast<char>(letter - 'a' + 'A');
+            }
+            for (const json& reference : operation.value().value("parameters", json::array())) {
+                const json& parameter = resolved(reference);
+                const std::string part = "{" + parameter.at("name").get<std::string>() + "}";
+                const std::size_t at = row.strTarget.find(part);
+                if ("path" == parameter.at("in") && std::string::npos != at) {
+                    const json& example = parameter.at("example");
+                    row.strTarget.replace(at, part.size(),
+                                          example.is_string() ? example.get<std::string>() : example.dump());
+                }
+            }
+            if (operation.value().contains("requestBody")) {
+                row.objBody = operation.value().at("requestBody").at("content").at("application/json").at("example");
+            }
+            vecRows.push_back(row);
+        }
+    }
+    return vecRows;
+}
+
+std::vector<Row> rowsWithBody() {
+    std::vector<Row> vecRows;
+    for (const Row& row : allRows()) {
+        if (!row.objBody.is_null()) {
+            vecRows.push_back(row);
+        }
+    }
+    return vecRows;
+}
+
+std::vector<Row> rowsOfAChannel() {
+    std::vector<Row> vecRows;
+    for (const Row& row : allRows()) {
+        if (std::string::npos != row.strTarget.find("/channels/1")) {
+            vecRows.push_back(row);
+        }
+    }
+    return vecRows;
+}
+
+class Body : public testing::TestWithParam<Row> {
+protected:
+    // The patch of a scene is the camera's to judge, and this camera takes everything.
+    bool isJudgedByTheCamera() const { return "/api/v1/scene" == GetParam().strTarget; }
+
+    void expectRefused(const std::string& p_strBody, int p_nStatus) {
+        const HttpResponse response = m_objCamera.call(GetParam().strMethod, GetParam().strTarget, p_strBody);
+        EXPECT_EQ(response.nStatus, p_nStatus) << p_strBody.substr(0, 200) << "\n" << response.strBody;
+        EXPECT_THAT(m_objCamera.calls(), IsEmpty()) << p_strBody.substr(0, 200);
+    }
+
+    FakeCamera m_objCamera;
+};
+
+TEST_P(Body, OfTheDescriptionIsTaken) {
+    const HttpResponse response =
+        m_objCamera.call(GetParam().strMethod, GetParam().strTarget, GetParam().objBody.dump());
+    EXPECT_LT(response.nStatus, 300) << response.strBody;
+    EXPECT_THAT(m_objCamera.calls(), testing::Not(IsEmpty()));
+}
+
+TEST_P(Body, CutAtAnyByteIsRefused) {
+    const std::string body = GetParam().objBody.dump();
+    for (std::size_t length = 0; length < body.size(); ++length) {
+        expectRefused(body.substr(0, length), 400);
+    }
+}
+
+TEST_P(Body, OfAnotherKindIsRefused) {
+    for (const char* body : {"[]", "null", "1", "\"x\"", "true", "[{}]"}) {
+        expectRefused(body, 422);
+    }
+    for (const char* body : {"NaN", "{}{}", "\xFF", "{\"a\":\"\xC3\x28\"}", "a=1&b=2", "<a/>", "{\"\\ud800\":1}"}) {
+        expectRefused(body, 400);
+    }
+    expectRefused(std::string(4000, '['), 400);
+}
+
+TEST_P(Body, WithoutItsContentTypeIsRefused) {
+    for (const char* type : {"", "text/plain", "application/x-www-form-urlencoded", "multipart/form-data"}) {
+        const HttpResponse response = m_objCamera.call(GetParam().strMethod, GetParam().strTarget,
+                                                       GetParam().objBody.dump(), {{"content-type", type}});
+        EXPECT_EQ(response.nStatus, 415) << type;
+        EXPECT_THAT(response.strBody, HasSubstr("application/json"));
+    }
+    EXPECT_THAT(m_objCamera.calls(), IsEmpty());
+}
+
+TEST_P(Body, WithAnUnknownFieldIsRefused) {
+    if (isJudgedByTheCamera()) {
+        return;
+    }
+    for (const auto& field : GetParam().objBody.items()) {
+        json body = GetParam().objBody;
+        body[field.key() + "x"] = 1;
+        const HttpResponse response = m_objCamera.call(GetParam().strMethod, GetParam().strTarget, body.dump());
+        EXPECT_EQ(response.nStatus, 422);
+        EXPECT_EQ(json::parse(response.strBody).at("errors").at(0).at("pointer"), "/" + field.key() + "x");
+        EXPECT_THAT(json::parse(response.strBody).at("detail").get<std::string>(),
+                    HasSubstr("\"" + field.key() + "\""));
+    }
+    EXPECT_THAT(m_objCamera.calls(), IsEmpty());
+}
+
+TEST_P(Body, WithAFieldTwiceIsRefused) {
+    for (const auto& field : GetParam().objBody.items()) {
+        const std::string pair = json(field.key()).dump() + ":" + field.value().dump();
+        expectRefused("{" + pair + "," + pair + "}", 400);
+    }
+}
+
+TEST_P(Body, WithAValueOfAnotherTypeIsRefused) {
+    if (isJudgedByTheCamera()) {
+        return;
+    }
+    // Of each type; what fits a field is left out by the type of its example.
+    const std::vector<json> vecValues = {nullptr,
+                                         true,
+                                         1,
+                                         1.5,
+                                         -1.0e300,
+                                         9223372036854775807,
+                                         json::array(),
+                                         json::object(),
+                                         json::array({1}),
+                                         {{"a", 1}},
+                                         "\x01 no such word"};
+    for (const auto& field : GetParam().objBody.items()) {
+        for (const json& value : vecValues) {
+            const bool sameType = value.type() == field.value().type() ||
+                                  (value.is_number_integer() && field.value().is_number_integer() && 1 == value);
+            if (sameType) {
+                continue;
+            }
+            json body = GetParam().objBody;
+            body[field.key()] = value;
+            expectRefused(body.dump(), 422);
+        }
+        expectRefused("{" + json(field.key()).dump() + ":1e400}", 400);
+        if (field.value().is_number()) {
+            json body = GetParam().objBody;
+            body[field.key()] = 99999999999;
+            expectRefused(body.dump(), 422);
+        }
+    }
+}
+
+std::string nameOf(const testing::TestParamInfo<Row>& p_stInfo) {
+    std::string name = p_stInfo.param.strMethod + p_stInfo.param.strTarget;
+    for (char& letter : name) {
+        const bool fine =
+            ('a' <= letter && letter <= 'z') || ('A' <= letter && letter <= 'Z') || ('0' <= letter && letter <= '9');
+        letter = fine ? letter : '_';
+    }
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, Body, testing::ValuesIn(rowsWithBody()), nameOf);
+
+class ChannelRoute : public testing::TestWithParam<Row> {
+protected:
+    std::string body() const { return GetParam().objBody.is_null() ? "" : GetParam().objBody.dump(); }
+    FakeCamera m_objCamera;
+};
+
+TEST_P(ChannelRoute, OfAnUnknownChannelSaysWhichThereAre) {
+    for (const char* channel : {"0", "3", "01", "-1", "1x", "99999999999999999999", "one", "\xFF"}) {
+        std::string target = GetParam().strTarget;
+        target.replace(target.find("/channels/1") + 10, 1, channel);
+        const HttpResponse response = m_objCamera.call(GetParam().strMethod, target, body());
+        EXPECT_EQ(response.nStatus, 404) << target;
+        EXPECT_THAT(response.strBody, HasSubstr("this camera has 1, 2"));
+    }
+    EXPECT_THAT(m_objCamera.calls(), IsEmpty());
+}
+
+TEST_P(ChannelRoute, OfAnUnknownKeyNamesTheNearest) {
+    std::string target = GetParam().strTarget;
+    const std::size_t at = target.find("brightness");
+    if (std::string::npos == at) {
+        return;  // it has no key
+    }
+    const HttpResponse response = m_objCamera.call(GetParam().strMethod, target.replace(at, 10, "brigthness"), body());
+    EXPECT_EQ(response.nStatus, 404) << target;
+    EXPECT_THAT(response.strBody, HasSubstr("did you mean \\\"brightness\\\"?"));
+    EXPECT_THAT(m_objCamera.calls(), IsEmpty());
+}
+
+TEST_P(ChannelRoute, PassesEveryRefusalOn) {
+    struct Kind {
+        Refusal::Kind eKind;
+        int nStatus;
+    };
+    for (const Kind& kind :
+         {Kind{Refusal::Kind::NotFound, 404}, Kind{Refusal::Kind::BadValue, 422}, Kind{Refusal::Kind::Refused, 422},
+          Kind{Refusal::Kind::Conflict, 409}, Kind{Refusal::Kind::Busy, 409}, Kind{Refusal::Kind::Failed, 500}}) {
+        m_objCamera.objHost.objFirst.refusal = Refusal(kind.eKind, "why-not", "It cannot be done.");
+        const HttpResponse response = m_objCamera.call(GetParam().strMethod, GetParam().strTarget, body());
+        if (200 != response.nStatus) {  // what is known already needs no camera
+            EXPECT_EQ(response.nStatus, kind.nStatus);
+            EXPECT_EQ(json::parse(response.strBody).at("detail"), "It cannot be done.");
+        } else {
+            EXPECT_EQ(GetParam().strMethod, "GET");
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, ChannelRoute, testing::ValuesIn(rowsOfAChannel()), nameOf);
+
+}  // namespace
+}  // namespace camerad
