@@ -4,8 +4,16 @@ import { catchUp } from '../src/log/catchUp';
 import { LogRing } from '../src/log/ring';
 import type { LogEntry, LogView } from '../src/types';
 
-const entry = (number: number, run = 'a'): LogEntry =>
-  ({ number, time: '2026-11-21T12:00:00', kind: 'driver', channel: 1, command: 34, option: 'set', result: 0, text: `${run}${number}` });
+const entry = (number: number, run = 'a'): LogEntry => ({
+  number,
+  time: '2026-11-21T12:00:00',
+  kind: 'driver',
+  channel: 1,
+  command: 34,
+  option: 'set',
+  result: 0,
+  text: `${run}${number}`,
+});
 // A camera that keeps the lines from `oldest` to `newest`.
 function camera(oldest: number, newest: number, run = 'a') {
   const asked: number[] = [];
@@ -65,7 +73,11 @@ test('a camera that began anew has other lines, whether fewer or more', async ()
     const ring = new LogRing();
     ring.add([entry(4), entry(5)]);
     await catchUp(ring, camera(1, newest, 'b').ask);
-    assert.deepEqual(texts(ring), Array.from({ length: newest }, (_, i) => `b${i + 1}`), `${newest} lines`);
+    assert.deepEqual(
+      texts(ring),
+      Array.from({ length: newest }, (_, i) => `b${i + 1}`),
+      `${newest} lines`,
+    );
   }
 });
 

@@ -1,14 +1,47 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { isEverything, isFailure, kEverything, type LogFilter, lineText, matcher, nameOf, visibleRows } from '../src/log/filter';
+import {
+  isEverything,
+  isFailure,
+  kEverything,
+  type LogFilter,
+  lineText,
+  matcher,
+  nameOf,
+  visibleRows,
+} from '../src/log/filter';
 import type { LogLine } from '../src/log/ring';
 
 const kSet: LogLine = {
-  number: 1, time: '2026-11-21T12:00:05', kind: 'driver', channel: 1, command: 2369, option: 'set', result: -5,
+  number: 1,
+  time: '2026-11-21T12:00:05',
+  kind: 'driver',
+  channel: 1,
+  command: 2369,
+  option: 'set',
+  result: -5,
   text: 'set 2369 80 = -5 wide dynamic range strength',
 };
-const kNotified: LogLine = { ...kSet, number: 2, kind: 'video', channel: 2, command: 2384, option: '', result: 0, text: 'notify 2384 = 0 mirror' };
-const kMessage: LogLine = { ...kSet, number: 3, kind: 'message', channel: 0, command: 0, option: '', result: 0, text: 'Scheme 1 stored' };
+const kNotified: LogLine = {
+  ...kSet,
+  number: 2,
+  kind: 'video',
+  channel: 2,
+  command: 2384,
+  option: '',
+  result: 0,
+  text: 'notify 2384 = 0 mirror',
+};
+const kMessage: LogLine = {
+  ...kSet,
+  number: 3,
+  kind: 'message',
+  channel: 0,
+  command: 0,
+  option: '',
+  result: 0,
+  text: 'Scheme 1 stored',
+};
 const kAll = [kSet, kNotified, kMessage];
 const shown = (change: Partial<LogFilter>): number[] =>
   kAll.filter(matcher({ ...kEverything, ...change })).map((line) => line.number);
@@ -43,8 +76,14 @@ test('each part of the filter takes away', () => {
 });
 
 test('what a number is called can be searched, too', () => {
-  const names = new Map([[2384, 'Picture: Mirror'], [2369, 'Exposure: Strength']]);
-  assert.deepEqual(kAll.map((line) => nameOf(line, names)), ['Exposure: Strength', 'Picture: Mirror', '']);
+  const names = new Map([
+    [2384, 'Picture: Mirror'],
+    [2369, 'Exposure: Strength'],
+  ]);
+  assert.deepEqual(
+    kAll.map((line) => nameOf(line, names)),
+    ['Exposure: Strength', 'Picture: Mirror', ''],
+  );
   assert.deepEqual(kAll.filter(matcher({ ...kEverything, text: 'exposure' }, names)), [kSet]);
   assert.deepEqual(kAll.filter(matcher({ ...kEverything, text: 'exposure' })), []);
 });

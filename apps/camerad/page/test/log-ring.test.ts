@@ -2,8 +2,16 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { type LogLine, LogRing } from '../src/log/ring';
 
-const line = (number: number, kind = 'driver'): LogLine =>
-  ({ number, time: '2026-11-21T12:00:00', kind, channel: 1, command: 34, option: 'set', result: 0, text: `line ${number}` });
+const line = (number: number, kind = 'driver'): LogLine => ({
+  number,
+  time: '2026-11-21T12:00:00',
+  kind,
+  channel: 1,
+  command: 34,
+  option: 'set',
+  result: 0,
+  text: `line ${number}`,
+});
 const numbers = (ring: LogRing): number[] => ring.shown().map((one) => one.number);
 
 test('lines stand in the order of their numbers, each once, wherever they come from', () => {
@@ -21,7 +29,10 @@ test('the newest are kept, and what went does not come back', () => {
     ring.add([line(i)]);
     assert.ok(ring.all.length <= 150);
   }
-  assert.deepEqual(numbers(ring), Array.from({ length: 100 }, (_, i) => 901 + i));
+  assert.deepEqual(
+    numbers(ring),
+    Array.from({ length: 100 }, (_, i) => 901 + i),
+  );
   ring.add([line(5)]);
   assert.equal(ring.shown().length, 100);
 });
@@ -58,7 +69,10 @@ test('lines that did not come are told, in their place', () => {
   ring.addGap(0);
   ring.addGap(30);
   ring.add([line(32)]);
-  assert.deepEqual(ring.shown().map((one) => one.kind), ['driver', 'gap', 'driver']);
+  assert.deepEqual(
+    ring.shown().map((one) => one.kind),
+    ['driver', 'gap', 'driver'],
+  );
   assert.match(ring.shown()[1]?.text ?? '', /^30 lines were left out/);
 });
 
@@ -70,7 +84,10 @@ test('missing lines are found and filled in, and what was said of them goes', ()
   ring.add([line(5)]);
   assert.equal(ring.missingAfter(), 2);
   ring.fill(2, [line(3), line(4), line(5)]);
-  assert.deepEqual(ring.shown().map((one) => one.text), ['line 1', 'line 2', 'line 3', 'line 4', 'line 5']);
+  assert.deepEqual(
+    ring.shown().map((one) => one.text),
+    ['line 1', 'line 2', 'line 3', 'line 4', 'line 5'],
+  );
   assert.equal(ring.missingAfter(), undefined);
 });
 
@@ -95,7 +112,10 @@ test('what the camera does not have either is asked for once', () => {
   ring.addGap(5);
   ring.add([line(9)]);
   ring.fill(1, [line(8), line(9)]);
-  assert.deepEqual(ring.shown().map((one) => one.number), [1, 1.5, 8, 9]);
+  assert.deepEqual(
+    ring.shown().map((one) => one.number),
+    [1, 1.5, 8, 9],
+  );
   assert.equal(ring.missingAfter(), undefined);
   ring.add([line(12)]);
   assert.equal(ring.missingAfter(), 9);

@@ -7,12 +7,16 @@ function steps() {
   let begun: () => void = () => undefined;
   let answer: (more: boolean) => void = () => undefined;
   let count = 0;
-  let next = new Promise<void>((resolve) => { begun = resolve; });
+  let next = new Promise<void>((resolve) => {
+    begun = resolve;
+  });
   return {
     step: (): Promise<boolean> => {
       count += 1;
       const mine = begun;
-      next = new Promise<void>((resolve) => { begun = resolve; });
+      next = new Promise<void>((resolve) => {
+        begun = resolve;
+      });
       return new Promise<boolean>((resolve) => {
         answer = resolve;
         mine();

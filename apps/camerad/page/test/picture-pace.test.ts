@@ -30,8 +30,10 @@ test('nothing and one frame are no rate to speak of', () => {
 });
 
 test('waiting doubles up to eight seconds', () => {
-  assert.deepEqual([1, 2, 3, 4, 5, 6, 100].map((failures) => waitBeforeTry(failures)),
-    [500, 1000, 2000, 4000, 8000, 8000, 8000]);
+  assert.deepEqual(
+    [1, 2, 3, 4, 5, 6, 100].map((failures) => waitBeforeTry(failures)),
+    [500, 1000, 2000, 4000, 8000, 8000, 8000],
+  );
 });
 
 test('the camera may ask for a longer wait, but not for ever', () => {

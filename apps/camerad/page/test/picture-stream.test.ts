@@ -20,7 +20,8 @@ function setUp(options: Partial<StreamOptions> = {}) {
       signal.addEventListener('abort', () => fail(new DOMException('aborted', 'AbortError')));
       news();
     });
-  const words = (state: StreamState): string => ('lost' === state.kind ? `lost: ${state.why} ${state.seconds}` : state.kind);
+  const words = (state: StreamState): string =>
+    'lost' === state.kind ? `lost: ${state.why} ${state.seconds}` : state.kind;
   const stream = new PictureStream({
     open,
     onFrame: (jpeg) => tell(`frame ${String.fromCharCode(...jpeg)}`),
@@ -93,8 +94,15 @@ test('a connection that ends is made anew, with the reason said', async () => {
   opened[2]?.answer(three.response);
   three.write(part('again'));
   await until(() => told.includes('frame again'));
-  assert.deepEqual(told, ['connecting', 'live', 'frame one', 'lost: The camera ended the picture. 0',
-    'lost: The camera cannot be reached. 0', 'live', 'frame again']);
+  assert.deepEqual(told, [
+    'connecting',
+    'live',
+    'frame one',
+    'lost: The camera ended the picture. 0',
+    'lost: The camera cannot be reached. 0',
+    'live',
+    'frame again',
+  ]);
   stream.stop();
 });
 
@@ -172,6 +180,12 @@ test('stopped while it waits, it makes no further connection; started again, it 
   stream.tryNow();
   await until(() => 3 === opened.length);
   stream.stop();
-  assert.deepEqual(told, ['connecting', 'lost: The camera cannot be reached. 3600', 'stopped', 'connecting',
-    'lost: The camera cannot be reached. 3600', 'stopped']);
+  assert.deepEqual(told, [
+    'connecting',
+    'lost: The camera cannot be reached. 3600',
+    'stopped',
+    'connecting',
+    'lost: The camera cannot be reached. 3600',
+    'stopped',
+  ]);
 });

@@ -1,9 +1,23 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { fingersOf, keyView, kMostScale, kWhole, panBy, pinch, scaleText, type View, wheelFactor, zoomAt } from '../src/picture/view';
+import {
+  fingersOf,
+  keyView,
+  kMostScale,
+  kWhole,
+  panBy,
+  pinch,
+  scaleText,
+  type View,
+  wheelFactor,
+  zoomAt,
+} from '../src/picture/view';
 
 // The place of the picture, 0 to 1, that is seen at a place of the frame.
-const seenAt = (view: View, x: number, y: number): [number, number] => [(x - view.x) / view.scale, (y - view.y) / view.scale];
+const seenAt = (view: View, x: number, y: number): [number, number] => [
+  (x - view.x) / view.scale,
+  (y - view.y) / view.scale,
+];
 const near = (a: number, b: number): void => assert.ok(Math.abs(a - b) < 1e-9, `${a} is not ${b}`);
 const covers = (view: View): boolean =>
   view.x <= 0 && view.y <= 0 && view.x + view.scale >= 1 && view.y + view.scale >= 1;

@@ -1,7 +1,16 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  clockText, type Curve, dayProgress, dayState, luxAt, minutesOf, objection, planText, readPlan, secondsOf,
+  clockText,
+  type Curve,
+  dayProgress,
+  dayState,
+  luxAt,
+  minutesOf,
+  objection,
+  planText,
+  readPlan,
+  secondsOf,
   timeText,
 } from '../src/scene/day';
 
@@ -42,9 +51,15 @@ test('a night without any light is drawn, not divided by', () => {
 test('a curve that cannot be is explained', () => {
   assert.equal(objection(kCurve), '');
   for (const [change, word] of [
-    [{ sunrise: 'x' }, 'times of the day'], [{ sunset: '05:00' }, 'rise before'], [{ sunset: '06:00' }, 'rise before'],
-    [{ twilightMinutes: 0 }, 'twilight'], [{ twilightMinutes: 181 }, 'twilight'], [{ twilightMinutes: NaN }, 'twilight'],
-    [{ nightLux: -1 }, 'Light is between'], [{ dayLux: 300000 }, 'Light is between'], [{ dayLux: 0.01 }, 'darker than'],
+    [{ sunrise: 'x' }, 'times of the day'],
+    [{ sunset: '05:00' }, 'rise before'],
+    [{ sunset: '06:00' }, 'rise before'],
+    [{ twilightMinutes: 0 }, 'twilight'],
+    [{ twilightMinutes: 181 }, 'twilight'],
+    [{ twilightMinutes: NaN }, 'twilight'],
+    [{ nightLux: -1 }, 'Light is between'],
+    [{ dayLux: 300000 }, 'Light is between'],
+    [{ dayLux: 0.01 }, 'darker than'],
   ] as const) {
     assert.match(objection({ ...kCurve, ...change }), new RegExp(word), JSON.stringify(change));
   }

@@ -35,9 +35,15 @@ test('an incomplete form says what is missing', () => {
 test('a fault is told in words', () => {
   const name = (number: number): string => (2369 === number ? 'Strength' : '');
   for (const [text, words] of [
-    ['cmd=2369 ch=any opt=set nth=1 result=-5 times=1 delay=0 silent=0', 'Driver command 2369 (Strength), set: returns -5, once'],
+    [
+      'cmd=2369 ch=any opt=set nth=1 result=-5 times=1 delay=0 silent=0',
+      'Driver command 2369 (Strength), set: returns -5, once',
+    ],
     ['cmd=any opt=any result=-4', 'Any driver command: returns -4, always'],
-    ['cmd=34 ch=0 silent=1 times=3 nth=2', 'Driver command 34, channel 1: does nothing and says that it did, from call 2 on, 3 times'],
+    [
+      'cmd=34 ch=0 silent=1 times=3 nth=2',
+      'Driver command 34, channel 1: does nothing and says that it did, from call 2 on, 3 times',
+    ],
     ['key=2384 ch=1 result=5', 'Notification 2384, channel 1: returns 5, always'],
     ['cmd=34 delay=500000', 'Driver command 34: waits 500 ms, always'],
     ['cmd=34 delay=20', 'Driver command 34: waits 20 µs, always'],

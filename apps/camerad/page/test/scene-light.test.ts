@@ -1,6 +1,15 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { fromStep, kDistanceScale, kLightMarks, kLightScale, kSteps, lightWord, plainNumber, toStep } from '../src/scene/light';
+import {
+  fromStep,
+  kDistanceScale,
+  kLightMarks,
+  kLightScale,
+  kSteps,
+  lightWord,
+  plainNumber,
+  toStep,
+} from '../src/scene/light';
 
 test('the slider goes from starlight to noon, evenly for each power of ten', () => {
   assert.equal(fromStep(kLightScale, 0), 0.001);
@@ -29,8 +38,15 @@ test('what the slider says is where it stands', () => {
 
 test('a light has a name', () => {
   for (const [lux, word] of [
-    [0, 'Darkness'], [0.001, 'Starlight'], [0.1, 'Full moon'], [10, 'Street lamp'], [300, 'Office'], [2000, 'Overcast'],
-    [30000, 'Sunshine'], [100000, 'Noon sun'], [200000, 'Noon sun'],
+    [0, 'Darkness'],
+    [0.001, 'Starlight'],
+    [0.1, 'Full moon'],
+    [10, 'Street lamp'],
+    [300, 'Office'],
+    [2000, 'Overcast'],
+    [30000, 'Sunshine'],
+    [100000, 'Noon sun'],
+    [200000, 'Noon sun'],
   ] as const) {
     assert.equal(lightWord(lux), word, `${lux} lux`);
   }
@@ -44,8 +60,14 @@ test('the marks of the slider keep their promise', () => {
 
 test('numbers are said as shortly as they can be', () => {
   for (const [value, text] of [
-    [0.001, '0.001'], [0.0123456, '0.0123'], [12.34, '12.3'], [1000, '1000'], [20000, '20\u202f000'], [100000, '100\u202f000'],
-    [0, '0'], [5, '5'],
+    [0.001, '0.001'],
+    [0.0123456, '0.0123'],
+    [12.34, '12.3'],
+    [1000, '1000'],
+    [20000, '20\u202f000'],
+    [100000, '100\u202f000'],
+    [0, '0'],
+    [5, '5'],
   ] as const) {
     assert.equal(plainNumber(value), text);
   }

@@ -9,7 +9,18 @@ import { Button } from '../ui/Button';
 import { Panel } from '../ui/Panel';
 import { Select } from '../ui/Select';
 import { clearLog, drawn, feedProblem, ring, startLog } from './feed';
-import { isEverything, isFailure, kEverything, kindWord, type LogFilter, lineText, matcher, nameOf, timeOf, visibleRows } from './filter';
+import {
+  isEverything,
+  isFailure,
+  kEverything,
+  kindWord,
+  type LogFilter,
+  lineText,
+  matcher,
+  nameOf,
+  timeOf,
+  visibleRows,
+} from './filter';
 import type { LogLine } from './ring';
 
 startLog();
@@ -80,15 +91,27 @@ export function LogPanel() {
         />
         <Check label="Driver" on={filter.driver} testid="log-kind-driver" onChange={(driver) => change({ driver })} />
         <Check label="Video" on={filter.video} testid="log-kind-video" onChange={(video) => change({ video })} />
-        <Check label="Messages" on={filter.message} testid="log-kind-message" onChange={(message) => change({ message })} />
-        <Check label="Failed only" on={filter.failedOnly} testid="log-failed" onChange={(failedOnly) => change({ failedOnly })} />
+        <Check
+          label="Messages"
+          on={filter.message}
+          testid="log-kind-message"
+          onChange={(message) => change({ message })}
+        />
+        <Check
+          label="Failed only"
+          on={filter.failedOnly}
+          testid="log-failed"
+          onChange={(failedOnly) => change({ failedOnly })}
+        />
         {channels.value.length < 2 ? null : (
           <Select
             id="log-channel"
             label="Channel"
             value={filter.channel}
-            choices={[{ value: 0, label: 'All channels' },
-              ...channels.value.map((view) => ({ value: view.channel, label: `Channel ${view.channel}` }))]}
+            choices={[
+              { value: 0, label: 'All channels' },
+              ...channels.value.map((view) => ({ value: view.channel, label: `Channel ${view.channel}` })),
+            ]}
             testid="log-channel"
             onChange={(number) => change({ channel: number })}
           />
@@ -106,7 +129,9 @@ export function LogPanel() {
         selected={selected}
         onSelect={setSelected}
       />
-      {null === selected ? null : <Detail line={selected} name={nameOf(selected, names)} onClose={() => setSelected(null)} />}
+      {null === selected ? null : (
+        <Detail line={selected} name={nameOf(selected, names)} onClose={() => setSelected(null)} />
+      )}
       <div class="log-foot">
         <span class="muted" role="status" data-testid="log-count">
           {isEverything(filter) ? `${all.length} lines` : `${lines.length} of ${all.length} lines`}
@@ -118,7 +143,12 @@ export function LogPanel() {
   );
 }
 
-function Check({ label, on, testid, onChange }: {
+function Check({
+  label,
+  on,
+  testid,
+  onChange,
+}: {
   label: string;
   on: boolean;
   testid: string;
@@ -126,7 +156,12 @@ function Check({ label, on, testid, onChange }: {
 }) {
   return (
     <label class="log-check">
-      <input type="checkbox" checked={on} data-testid={testid} onChange={(event) => onChange(event.currentTarget.checked)} />
+      <input
+        type="checkbox"
+        checked={on}
+        data-testid={testid}
+        onChange={(event) => onChange(event.currentTarget.checked)}
+      />
       {label}
     </label>
   );
@@ -230,7 +265,13 @@ function Lines({ lines, names, emptyText, selected, onSelect }: LinesProps) {
         <div class="log-rows" style={{ height: `${lines.length * kRow}px` }}>
           <div class="log-window" style={{ transform: `translateY(${from * kRow}px)` }}>
             {lines.slice(from, to).map((line) => (
-              <Row key={line.number} line={line} name={nameOf(line, names)} isSelected={selected?.number === line.number} onSelect={onSelect} />
+              <Row
+                key={line.number}
+                line={line}
+                name={nameOf(line, names)}
+                isSelected={selected?.number === line.number}
+                onSelect={onSelect}
+              />
             ))}
           </div>
         </div>
@@ -266,7 +307,12 @@ function rowOf(lines: readonly LogLine[], number: number): number {
   return low;
 }
 
-function Row({ line, name, isSelected, onSelect }: {
+function Row({
+  line,
+  name,
+  isSelected,
+  onSelect,
+}: {
   line: LogLine;
   name: string;
   isSelected: boolean;
@@ -283,7 +329,11 @@ function Row({ line, name, isSelected, onSelect }: {
       <span class="log-time">{timeOf(line)}</span>
       <span class="log-kind">{kindWord(line.kind)}</span>
       <span class="log-text">
-        {isBad ? <span class="log-mark" role="img" aria-label="failed">✕ </span> : null}
+        {isBad ? (
+          <span class="log-mark" role="img" aria-label="failed">
+            ✕{' '}
+          </span>
+        ) : null}
         {line.text}
         {'' === name ? null : <span class="log-name"> {name}</span>}
       </span>
@@ -355,8 +405,12 @@ async function copy(lines: readonly LogLine[]): Promise<void> {
   } catch {
     isDone = copyByHand(text); // no clipboard without TLS, or not allowed
   }
-  notify(isDone ? `${lines.length} ${1 === lines.length ? 'line is' : 'lines are'} in the clipboard.` :
-    'The browser does not let this page write to the clipboard.', isDone ? 'info' : 'error');
+  notify(
+    isDone
+      ? `${lines.length} ${1 === lines.length ? 'line is' : 'lines are'} in the clipboard.`
+      : 'The browser does not let this page write to the clipboard.',
+    isDone ? 'info' : 'error',
+  );
 }
 
 function copyByHand(text: string): boolean {

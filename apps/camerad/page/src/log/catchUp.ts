@@ -6,8 +6,11 @@ const kMostRequests = 4;
 
 // The newest known line is asked for too: when it is another one now, or none, the camera's process began anew, and so
 // does the ring. `ask` gets the number after which lines are wanted, and how many at most.
-export async function catchUp(ring: LogRing, ask: (after: number, limit: number) => Promise<LogView>, limit = 2000):
-  Promise<void> {
+export async function catchUp(
+  ring: LogRing,
+  ask: (after: number, limit: number) => Promise<LogView>,
+  limit = 2000,
+): Promise<void> {
   const known = ring.newestLine;
   let after = undefined === known ? 0 : known.number - 1;
   let isFirst = undefined !== known;

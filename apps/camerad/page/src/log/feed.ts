@@ -100,7 +100,21 @@ export function startLog(): void {
   isStarted = true;
   onEvent('driver', (event) => take(event.entries, event.dropped));
   onEvent('message', (event) =>
-    take([{ number: event.number, time: event.time, kind: 'message', channel: 0, command: 0, option: '', result: 0,
-      text: event.text }], 0));
+    take(
+      [
+        {
+          number: event.number,
+          time: event.time,
+          kind: 'message',
+          channel: 0,
+          command: 0,
+          option: '',
+          result: 0,
+          text: event.text,
+        },
+      ],
+      0,
+    ),
+  );
   onAnew(() => void load());
 }

@@ -8,7 +8,7 @@ export interface LogFilter {
   video: boolean;
   message: boolean;
   failedOnly: boolean;
-  channel: number;  // 0: any
+  channel: number; // 0: any
 }
 
 export const kEverything: LogFilter = {
@@ -69,7 +69,10 @@ function kindShown(filter: LogFilter, kind: string): boolean {
 
 // Every word of the filter must be somewhere in the line or in what its number is called; "-word" must not.
 export function matcher(filter: LogFilter, names: ReadonlyMap<number, string> = new Map()): (line: LogLine) => boolean {
-  const words = filter.text.toLowerCase().split(/\s+/).filter((word) => '' !== word && '-' !== word);
+  const words = filter.text
+    .toLowerCase()
+    .split(/\s+/)
+    .filter((word) => '' !== word && '-' !== word);
   const wanted = words.filter((word) => !word.startsWith('-') || /^-\d/.test(word));
   const unwanted = words.filter((word) => word.startsWith('-') && !/^-\d/.test(word)).map((word) => word.slice(1));
   return (line) => {
@@ -82,19 +85,31 @@ export function matcher(filter: LogFilter, names: ReadonlyMap<number, string> = 
     if (0 === words.length) {
       return true;
     }
-    const text = `${lineText(line)} ${line.command || ''} ${line.option} ${line.result} ${nameOf(line, names)}`.toLowerCase();
+    const text =
+      `${lineText(line)} ${line.command || ''} ${line.option} ${line.result} ${nameOf(line, names)}`.toLowerCase();
     return wanted.every((word) => text.includes(word)) && !unwanted.some((word) => text.includes(word));
   };
 }
 
 export function isEverything(filter: LogFilter): boolean {
-  return '' === filter.text.trim() && filter.driver && filter.video && filter.message && !filter.failedOnly &&
-    0 === filter.channel;
+  return (
+    '' === filter.text.trim() &&
+    filter.driver &&
+    filter.video &&
+    filter.message &&
+    !filter.failedOnly &&
+    0 === filter.channel
+  );
 }
 
 // The rows that have to be drawn, of rows that are all equally high: those that can be seen, and a few more.
-export function visibleRows(rows: number, rowHeight: number, scrolled: number, height: number, more = 8):
-  { from: number; to: number } {
+export function visibleRows(
+  rows: number,
+  rowHeight: number,
+  scrolled: number,
+  height: number,
+  more = 8,
+): { from: number; to: number } {
   if (rows <= 0 || rowHeight <= 0) {
     return { from: 0, to: 0 };
   }

@@ -6,7 +6,7 @@
 export interface LogLine {
   number: number;
   time: string;
-  kind: string;      // "driver", "video", "message"; "gap" for lines that are not here
+  kind: string; // "driver", "video", "message"; "gap" for lines that are not here
   channel: number;
   command: number;
   option: string;
@@ -110,7 +110,9 @@ export class LogRing {
     const first = batch[0]?.number ?? Infinity;
     const last = batch[batch.length - 1]?.number ?? after;
     this.givenUp = Math.max(this.givenUp, first > after + 1 ? after + 1 : 0);
-    this.lines = this.lines.filter((line) => 'gap' !== line.kind || line.number < Math.max(first - 1, after) || line.number > last);
+    this.lines = this.lines.filter(
+      (line) => 'gap' !== line.kind || line.number < Math.max(first - 1, after) || line.number > last,
+    );
     this.add(batch);
     this.version += 1;
   }

@@ -21,8 +21,8 @@ export function HistogramView({ histogram }: { histogram: Histogram | null }) {
         <span>{words}</span>
         {null === histogram ? null : (
           <span class="histogram-colours">
-            <b class="red">R</b> {Math.round(histogram.mean.red)} <b class="green">G</b> {Math.round(histogram.mean.green)}{' '}
-            <b class="blue">B</b> {Math.round(histogram.mean.blue)}
+            <b class="red">R</b> {Math.round(histogram.mean.red)} <b class="green">G</b>{' '}
+            {Math.round(histogram.mean.green)} <b class="blue">B</b> {Math.round(histogram.mean.blue)}
           </span>
         )}
       </p>
@@ -38,7 +38,10 @@ function draw(canvas: HTMLCanvasElement, histogram: Histogram): void {
   const { width, height } = canvas;
   const style = getComputedStyle(canvas);
   const colour = (name: string): string => style.getPropertyValue(name).trim();
-  const place = (level: number, part: number): [number, number] => [(level / 255) * width, height - part * (height - 4)];
+  const place = (level: number, part: number): [number, number] => [
+    (level / 255) * width,
+    height - part * (height - 4),
+  ];
   context.clearRect(0, 0, width, height);
   context.strokeStyle = colour('--line');
   context.lineWidth = 1;

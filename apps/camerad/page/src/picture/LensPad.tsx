@@ -7,7 +7,16 @@ import type { LensAction } from '../types';
 import { Button } from '../ui/Button';
 import { Hold } from './hold';
 import {
-  type Family, familyOf, focusModeText, irisText, kExposureMode, lensReason, type Offer, offerOf, offersAnything, ratioText,
+  type Family,
+  familyOf,
+  focusModeText,
+  irisText,
+  kExposureMode,
+  lensReason,
+  type Offer,
+  offerOf,
+  offersAnything,
+  ratioText,
 } from './lens';
 
 const kPause = 1000; // milliseconds without a move, after which what this page did is over
@@ -32,7 +41,9 @@ export function LensPad() {
   const part = { offer, own, onOwn: setOwn };
   // What a whole part is blocked by is said beside it: a finger sees no titles.
   const why = (action: LensAction): string =>
-    '' !== readOnlyReason.value ? '' : lensReason(action, { ...view, moving: false }, offer, '', own, shownValue(kExposureMode));
+    '' !== readOnlyReason.value
+      ? ''
+      : lensReason(action, { ...view, moving: false }, offer, '', own, shownValue(kExposureMode));
   return (
     <div class="lens" role="group" aria-label="Lens" data-testid="lens-pad">
       {offer.zoom ? (
@@ -71,7 +82,14 @@ export function LensPad() {
   );
 }
 
-function LensPart({ name, text, note = '', why = '', testid, children }: {
+function LensPart({
+  name,
+  text,
+  note = '',
+  why = '',
+  testid,
+  children,
+}: {
   name: string;
   text: string;
   note?: string;
@@ -83,10 +101,18 @@ function LensPart({ name, text, note = '', why = '', testid, children }: {
     <div class="lens-part" role="group" aria-label={name}>
       <p>
         <b>{name}</b> <span data-testid={testid}>{text}</span>
-        {'' === note ? null : <span class="lens-note muted" data-testid={`${testid}-note`}>{note}</span>}
+        {'' === note ? null : (
+          <span class="lens-note muted" data-testid={`${testid}-note`}>
+            {note}
+          </span>
+        )}
       </p>
       <div class="lens-buttons">{children}</div>
-      {'' === why ? null : <p class="lens-why muted" data-testid={`${testid}-why`}>{why}.</p>}
+      {'' === why ? null : (
+        <p class="lens-why muted" data-testid={`${testid}-why`}>
+          {why}.
+        </p>
+      )}
     </div>
   );
 }
@@ -107,12 +133,16 @@ function LensButton({ action, label, name, offer, own, onOwn }: ButtonProps) {
   const isPressed = useRef(false); // by a pointer, whose click is still to come
   const family = familyOf(action);
   const repeats = 'zoom' === family || 'focus' === family || 'iris' === family;
-  const reason = null === view ? '' : lensReason(action, view, offer, readOnlyReason.value, own, shownValue(kExposureMode));
+  const reason =
+    null === view ? '' : lensReason(action, view, offer, readOnlyReason.value, own, shownValue(kExposureMode));
 
   const step = async (): Promise<boolean> => {
     // Further steps of what is being held add up, whatever was last heard of the lens.
     const now = lens.value;
-    if (null === now || '' !== lensReason(action, now, offer, readOnlyReason.value, family, shownValue(kExposureMode))) {
+    if (
+      null === now ||
+      '' !== lensReason(action, now, offer, readOnlyReason.value, family, shownValue(kExposureMode))
+    ) {
       return false;
     }
     const asked = channel.value;

@@ -70,7 +70,8 @@ function Picture({ shown }: { shown: number }) {
       return undefined;
     }
     const opened = new PictureStream({
-      open: (signal) => fetch(api.previewUrl(shown, kFrames), { credentials: 'same-origin', cache: 'no-store', signal }),
+      open: (signal) =>
+        fetch(api.previewUrl(shown, kFrames), { credentials: 'same-origin', cache: 'no-store', signal }),
       onFrame: (jpeg) => painter.current?.take(jpeg),
       onState: setState,
       // Any other request lets the page find out that the session has ended.
@@ -131,20 +132,30 @@ function Picture({ shown }: { shown: number }) {
         </div>
         {null === before ? null : (
           <>
-            {part < 0.85 ? <span class="picture-tag tag-now" aria-hidden="true">Now</span> : null}
+            {part < 0.85 ? (
+              <span class="picture-tag tag-now" aria-hidden="true">
+                Now
+              </span>
+            ) : null}
             <Divider part={part} frame={frame} onMove={setPart} />
           </>
         )}
         <div class="picture-chips">
           <DayNightBadge shown={shown} />
           <ChannelState />
-          {isFrozen ? <span class="picture-chip strong" data-testid="picture-frozen">Frozen</span> : null}
+          {isFrozen ? (
+            <span class="picture-chip strong" data-testid="picture-frozen">
+              Frozen
+            </span>
+          ) : null}
         </div>
         <div class="picture-chips end">
-          {view.scale > 1 ? <span class="picture-chip" data-testid="picture-scale">{scaleText(view.scale)}</span> : null}
-          {isFrozen || !hasPicture ? null : (
-            <span class="picture-chip" data-testid="picture-fps">{`${rate} fps`}</span>
-          )}
+          {view.scale > 1 ? (
+            <span class="picture-chip" data-testid="picture-scale">
+              {scaleText(view.scale)}
+            </span>
+          ) : null}
+          {isFrozen || !hasPicture ? null : <span class="picture-chip" data-testid="picture-fps">{`${rate} fps`}</span>}
         </div>
         <StreamText state={state} hasPicture={hasPicture} isFrozen={isFrozen} onTry={() => stream.current?.tryNow()} />
       </div>
@@ -249,8 +260,13 @@ function Picture({ shown }: { shown: number }) {
   );
 }
 
-function altText(shown: number, night: 'day' | 'night' | null, isFrozen: boolean, hasPicture: boolean, isLost: boolean):
-  string {
+function altText(
+  shown: number,
+  night: 'day' | 'night' | null,
+  isFrozen: boolean,
+  hasPicture: boolean,
+  isLost: boolean,
+): string {
   if (!hasPicture) {
     return `Channel ${shown}: no picture yet`;
   }
@@ -307,12 +323,21 @@ function ChannelState() {
           : 'Not ready';
   return (
     <span role="status">
-      {'' === text ? null : <span class="picture-chip strong" data-testid="channel-state">{text}</span>}
+      {'' === text ? null : (
+        <span class="picture-chip strong" data-testid="channel-state">
+          {text}
+        </span>
+      )}
     </span>
   );
 }
 
-function StreamText({ state, hasPicture, isFrozen, onTry }: {
+function StreamText({
+  state,
+  hasPicture,
+  isFrozen,
+  onTry,
+}: {
   state: StreamState;
   hasPicture: boolean;
   isFrozen: boolean;
@@ -370,8 +395,11 @@ async function download(shown: number, frozen: Uint8Array | null): Promise<void>
 async function snapshot(shown: number): Promise<Blob> {
   const response = await fetch(api.snapshotUrl(shown), { credentials: 'same-origin', cache: 'no-store' });
   if (!response.ok) {
-    throw new ApiError({ type: '/problems/unknown', title: `The camera answered with status ${response.status}.`,
-      status: response.status });
+    throw new ApiError({
+      type: '/problems/unknown',
+      title: `The camera answered with status ${response.status}.`,
+      status: response.status,
+    });
   }
   return response.blob();
 }

@@ -14,8 +14,8 @@ export interface Histogram {
   green: Uint32Array;
   blue: Uint32Array;
   mean: Levels;
-  black: number;  // share of pixels, 0 to 1, at level 0 to 3
-  white: number;  // share of pixels, 0 to 1, at level 252 to 255
+  black: number; // share of pixels, 0 to 1, at level 0 to 3
+  white: number; // share of pixels, 0 to 1, at level 252 to 255
 }
 
 // rgba: four bytes a pixel, as a canvas hands them out.
@@ -76,8 +76,10 @@ export function heights(counts: Uint32Array): number[] {
 
 export function describe(histogram: Histogram): string {
   const percent = (share: number): string => `${Math.round(100 * share)} %`;
-  return `Mean level ${Math.round(histogram.mean.luminance)} of 255; ` +
-    `${percent(histogram.black)} black, ${percent(histogram.white)} white`;
+  return (
+    `Mean level ${Math.round(histogram.mean.luminance)} of 255; ` +
+    `${percent(histogram.black)} black, ${percent(histogram.white)} white`
+  );
 }
 
 // "brighter by 16", of two mean levels.

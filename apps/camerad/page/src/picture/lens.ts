@@ -4,8 +4,16 @@ import type { LensAction, LensView, Metadata, StyleItem } from '../types';
 export type Family = 'zoom' | 'focus' | 'once' | 'iris' | 'reset';
 
 // The keys that the metadata of a channel must have for a part to be offered.
-const kKeys = { zoomIn: 1569, zoomOut: 1570, focusNear: 1553, focusFar: 1554, once: 1539, irisOpen: 17, irisClose: 18,
-  reset: 1616 };
+const kKeys = {
+  zoomIn: 1569,
+  zoomOut: 1570,
+  focusNear: 1553,
+  focusFar: 1554,
+  once: 1539,
+  irisOpen: 17,
+  irisClose: 18,
+  reset: 1616,
+};
 export const kExposureMode = 16;
 
 export interface Offer {
@@ -14,8 +22,8 @@ export interface Offer {
   once: boolean;
   iris: boolean;
   reset: boolean;
-  irisModes: number[];   // values of the exposure mode in which the iris moves by hand; empty: any
-  irisModeText: string;  // their names
+  irisModes: number[]; // values of the exposure mode in which the iris moves by hand; empty: any
+  irisModeText: string; // their names
 }
 
 function itemsOf(metadata: Metadata | null): Map<number, StyleItem> {
@@ -34,9 +42,16 @@ export function offerOf(metadata: Metadata | null): Offer {
   const items = itemsOf(metadata);
   const open = items.get(kKeys.irisOpen);
   const condition = /(?:^|\s)16=([\d|]+)(?:\s|$)/.exec(open?.words?.['show_if'] ?? '');
-  const modes = null === condition ? [] : (condition[1] ?? '').split('|').filter((text) => '' !== text).map(Number);
-  const names = modes.map((mode) =>
-    items.get(kExposureMode)?.choices?.find((choice) => choice.value === mode)?.label ?? String(mode));
+  const modes =
+    null === condition
+      ? []
+      : (condition[1] ?? '')
+          .split('|')
+          .filter((text) => '' !== text)
+          .map(Number);
+  const names = modes.map(
+    (mode) => items.get(kExposureMode)?.choices?.find((choice) => choice.value === mode)?.label ?? String(mode),
+  );
   return {
     zoom: items.has(kKeys.zoomIn) && items.has(kKeys.zoomOut),
     focus: items.has(kKeys.focusNear) && items.has(kKeys.focusFar),
@@ -74,8 +89,14 @@ const kFocusAutomatic = 0;
 
 // Why an action cannot be used; empty when it can. `own`: the part that this page set in motion by steps. Further steps
 // of it add up; everything else waits until the lens stands.
-export function lensReason(action: LensAction, view: LensView, offer: Offer, readOnly: string, own: Family | null,
-  exposureMode: number | undefined): string {
+export function lensReason(
+  action: LensAction,
+  view: LensView,
+  offer: Offer,
+  readOnly: string,
+  own: Family | null,
+  exposureMode: number | undefined,
+): string {
   if ('' !== readOnly) {
     return readOnly;
   }
@@ -83,8 +104,12 @@ export function lensReason(action: LensAction, view: LensView, offer: Offer, rea
   if ('focus' === family && kFocusAutomatic === view.focus.mode) {
     return 'The focus is automatic; set it to manual to move it by hand';
   }
-  if ('iris' === family && offer.irisModes.length > 0 && undefined !== exposureMode &&
-      !offer.irisModes.includes(exposureMode)) {
+  if (
+    'iris' === family &&
+    offer.irisModes.length > 0 &&
+    undefined !== exposureMode &&
+    !offer.irisModes.includes(exposureMode)
+  ) {
     return `The iris moves by hand with the exposure at ${offer.irisModeText}`;
   }
   return view.moving && 'iris' !== family && own !== family ? 'The lens is moving' : '';

@@ -75,8 +75,12 @@ export class MultipartReader {
       at += 2;
     }
     for (; at <= last; at += 1) {
-      if (13 === this.waiting[at] && 10 === this.waiting[at + 1] && 13 === this.waiting[at + 2] &&
-          10 === this.waiting[at + 3]) {
+      if (
+        13 === this.waiting[at] &&
+        10 === this.waiting[at + 1] &&
+        13 === this.waiting[at + 2] &&
+        10 === this.waiting[at + 3]
+      ) {
         return at;
       }
     }

@@ -19,12 +19,12 @@ export class FrameRate {
       return 0;
     }
     if (1 === this.times.length || last <= first) {
-      return this.times.length * 1000 / this.window;
+      return (this.times.length * 1000) / this.window;
     }
     // A stream that stalls slows down at once: the time since its last frame counts once it is longer than usual.
     const usual = (last - first) / (this.times.length - 1);
     const span = Math.max(last - first, now - first - usual);
-    return (this.times.length - 1) * 1000 / span;
+    return ((this.times.length - 1) * 1000) / span;
   }
 
   clear(): void {

@@ -24,7 +24,11 @@ const kSilence = 5_000;
 const kSilent = 'No picture came for some seconds.';
 
 class Refused extends Error {
-  constructor(text: string, readonly status: number, readonly retryAfter: number | undefined) {
+  constructor(
+    text: string,
+    readonly status: number,
+    readonly retryAfter: number | undefined,
+  ) {
     super(text);
   }
 }
@@ -154,7 +158,10 @@ export class PictureStream {
 async function refusalOf(response: Response): Promise<Refused> {
   let text = `The camera answered with status ${response.status}.`;
   try {
-    const problem = JSON.parse((await response.text()).slice(0, 10_000)) as { title?: unknown; detail?: unknown } | null;
+    const problem = JSON.parse((await response.text()).slice(0, 10_000)) as {
+      title?: unknown;
+      detail?: unknown;
+    } | null;
     const said = problem?.detail ?? problem?.title;
     text = 'string' === typeof said && '' !== said ? said : text;
   } catch {

@@ -52,7 +52,10 @@ export function ClockSection({ disabled, reason }: { disabled: boolean; reason: 
         id="scene-clock-kind"
         label="Which clock"
         value={now.simulated ? 1 : 0}
-        choices={[{ value: 0, label: 'Real time' }, { value: 1, label: 'Simulated' }]}
+        choices={[
+          { value: 0, label: 'Real time' },
+          { value: 1, label: 'Simulated' },
+        ]}
         disabled={disabled}
         testid="scene-clock-kind"
         onChange={(value) => {
@@ -85,10 +88,20 @@ export function ClockSection({ disabled, reason }: { disabled: boolean; reason: 
             }}
           >
             <label for="scene-time">Time</label>
-            <input id="scene-time" type="datetime-local" step="1" value={wanted ?? now.time.slice(0, 19)} disabled={disabled}
-              data-testid="scene-time" onInput={(event) => setWanted(event.currentTarget.value)} />
-            <Button type="submit" reason={disabled ? reason : null === wanted ? 'Choose another time first' : undefined}
-              data-testid="scene-time-set">
+            <input
+              id="scene-time"
+              type="datetime-local"
+              step="1"
+              value={wanted ?? now.time.slice(0, 19)}
+              disabled={disabled}
+              data-testid="scene-time"
+              onInput={(event) => setWanted(event.currentTarget.value)}
+            />
+            <Button
+              type="submit"
+              reason={disabled ? reason : null === wanted ? 'Choose another time first' : undefined}
+              data-testid="scene-time-set"
+            >
               Set
             </Button>
           </form>
@@ -98,10 +111,20 @@ export function ClockSection({ disabled, reason }: { disabled: boolean; reason: 
       {null === shown ? null : (
         <div class="field-row">
           <label for="scene-shift">The sun is ahead of the clock by</label>
-          <NumberField id="scene-shift" value={Math.round(shown.clockShift / 60)} min={-1440} max={1440} unit="min"
-            disabled={disabled} testid="scene-shift" onValue={(minutes) => changeScene('clockShift', 60 * minutes)} />
+          <NumberField
+            id="scene-shift"
+            value={Math.round(shown.clockShift / 60)}
+            min={-1440}
+            max={1440}
+            unit="min"
+            disabled={disabled}
+            testid="scene-shift"
+            onValue={(minutes) => changeScene('clockShift', 60 * minutes)}
+          />
           {undefined === sceneRefusals.value.clockShift ? null : (
-            <p class="problem" role="alert">{sceneRefusals.value.clockShift}</p>
+            <p class="problem" role="alert">
+              {sceneRefusals.value.clockShift}
+            </p>
           )}
         </div>
       )}
@@ -134,12 +157,18 @@ function DayRun({ disabled, reason }: { disabled: boolean; reason: string }) {
         <p>
           {null === part ? 'The clock goes a day a minute.' : `A day is passing: ${Math.round(100 * part)} %.`}{' '}
           <span class="muted">
-            {null === part ? 'It does so until it is stopped.' : 'Then the clock and the light go back to what they were.'}
+            {null === part
+              ? 'It does so until it is stopped.'
+              : 'Then the clock and the light go back to what they were.'}
           </span>
         </p>
         {null === part ? null : (
-          <progress max={100} value={Math.round(100 * part)} aria-label="How much of the day has passed"
-            data-testid="scene-day-progress" />
+          <progress
+            max={100}
+            value={Math.round(100 * part)}
+            aria-label="How much of the day has passed"
+            data-testid="scene-day-progress"
+          />
         )}
         <Button
           reason={disabled ? reason : undefined}
@@ -154,8 +183,8 @@ function DayRun({ disabled, reason }: { disabled: boolean; reason: string }) {
   return (
     <div class="day-run">
       <p class="muted" id="scene-day-words">
-        Lets the light follow the day and the clock go 1440 times as fast, for 24 hours from now. After a minute the clock is
-        back in real time and the light is as it was.
+        Lets the light follow the day and the clock go 1440 times as fast, for 24 hours from now. After a minute the
+        clock is back in real time and the light is as it was.
       </p>
       <Button
         kind="primary"

@@ -25,9 +25,15 @@ export function DayCurveView({ curve, minute, lux }: { curve: Curve; minute: num
   const x = (minute / kMinutes) * kWidth;
   return (
     <figure class="day-curve">
-      <svg viewBox={`0 0 ${kWidth} ${kHeight}`} role="img" preserveAspectRatio="none"
-        aria-label={`Light over the day: sunrise ${curve.sunrise}, sunset ${curve.sunset}, ` +
-          `${plainNumber(curve.dayLux)} lux by day, ${plainNumber(curve.nightLux)} lux by night`}>
+      <svg
+        viewBox={`0 0 ${kWidth} ${kHeight}`}
+        role="img"
+        preserveAspectRatio="none"
+        aria-label={
+          `Light over the day: sunrise ${curve.sunrise}, sunset ${curve.sunset}, ` +
+          `${plainNumber(curve.dayLux)} lux by day, ${plainNumber(curve.nightLux)} lux by night`
+        }
+      >
         <path class="day-fill" d={`${path}L${kWidth},${kHeight}L0,${kHeight}Z`} />
         {[6, 12, 18].map((hour) => (
           <line key={hour} class="day-grid" x1={(hour * kWidth) / 24} x2={(hour * kWidth) / 24} y1="0" y2={kHeight} />

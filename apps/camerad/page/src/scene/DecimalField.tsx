@@ -20,7 +20,11 @@ export function DecimalField({ id, label, value, min, max, unit, disabled, testi
     if (null === text) {
       return;
     }
-    const plain = text.trim().replace(/[\s\u202f]/g, '').replace(',', '.').replace(/^[\u2212\u2013]/, '-');
+    const plain = text
+      .trim()
+      .replace(/[\s\u202f]/g, '')
+      .replace(',', '.')
+      .replace(/^[\u2212\u2013]/, '-');
     const typed = '' === plain ? NaN : Number(plain);
     if (!Number.isFinite(typed) || typed < min || typed > max) {
       setObjection(`A number from ${min} to ${max}.`);

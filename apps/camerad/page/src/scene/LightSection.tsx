@@ -33,7 +33,10 @@ export function LightSection({ disabled }: { disabled: boolean }) {
         id="scene-light-kind"
         label="What the light follows"
         value={'fixed' === light.kind ? 0 : 1}
-        choices={[{ value: 0, label: 'Always the same' }, { value: 1, label: 'Follows the day' }]}
+        choices={[
+          { value: 0, label: 'Always the same' },
+          { value: 1, label: 'Follows the day' },
+        ]}
         disabled={disabled}
         testid="scene-light-kind"
         onChange={(value) => {
@@ -59,7 +62,11 @@ export function LightSection({ disabled }: { disabled: boolean }) {
       ) : (
         <DayFields light={light} minute={minute ?? 0} lux={lux} disabled={disabled} />
       )}
-      {undefined === refusal ? null : <p class="problem" role="alert">{refusal}</p>}
+      {undefined === refusal ? null : (
+        <p class="problem" role="alert">
+          {refusal}
+        </p>
+      )}
     </section>
   );
 }
@@ -67,12 +74,24 @@ export function LightSection({ disabled }: { disabled: boolean }) {
 // The minute of the day by the scene's own clock; undefined while the camera's is not known.
 function sceneMinute(shiftSeconds: number): number | undefined {
   const minute = deviceMinute.value;
-  return undefined === minute ? undefined : (((minute + Math.round(shiftSeconds / 60)) % kMinutes) + kMinutes) % kMinutes;
+  return undefined === minute
+    ? undefined
+    : (((minute + Math.round(shiftSeconds / 60)) % kMinutes) + kMinutes) % kMinutes;
 }
 
 // A curve that cannot be, for instance while two times are being changed one after the other, stays here with the reason
 // and is not sent.
-function DayFields({ light, minute, lux, disabled }: { light: DayLight; minute: number; lux: number; disabled: boolean }) {
+function DayFields({
+  light,
+  minute,
+  lux,
+  disabled,
+}: {
+  light: DayLight;
+  minute: number;
+  lux: number;
+  disabled: boolean;
+}) {
   const [draft, setDraft] = useState<DayLight | null>(null);
   const shown = draft ?? light;
   const problem = objection(shown);
@@ -91,33 +110,77 @@ function DayFields({ light, minute, lux, disabled }: { light: DayLight; minute: 
       <div class="field-row">
         <span class="field-pair">
           <label for="scene-sunrise">Sunrise</label>
-          <input id="scene-sunrise" type="time" value={shown.sunrise} disabled={disabled} data-testid="scene-sunrise"
-            onChange={(event) => change({ sunrise: event.currentTarget.value })} />
+          <input
+            id="scene-sunrise"
+            type="time"
+            value={shown.sunrise}
+            disabled={disabled}
+            data-testid="scene-sunrise"
+            onChange={(event) => change({ sunrise: event.currentTarget.value })}
+          />
         </span>
         <span class="field-pair">
           <label for="scene-sunset">Sunset</label>
-          <input id="scene-sunset" type="time" value={shown.sunset} disabled={disabled} data-testid="scene-sunset"
-            onChange={(event) => change({ sunset: event.currentTarget.value })} />
+          <input
+            id="scene-sunset"
+            type="time"
+            value={shown.sunset}
+            disabled={disabled}
+            data-testid="scene-sunset"
+            onChange={(event) => change({ sunset: event.currentTarget.value })}
+          />
         </span>
         <span class="field-pair">
           <label for="scene-twilight">Twilight</label>
-          <NumberField id="scene-twilight" value={shown.twilightMinutes} min={1} max={180} unit="min" disabled={disabled}
-            testid="scene-twilight" onValue={(twilightMinutes) => change({ twilightMinutes })} />
+          <NumberField
+            id="scene-twilight"
+            value={shown.twilightMinutes}
+            min={1}
+            max={180}
+            unit="min"
+            disabled={disabled}
+            testid="scene-twilight"
+            onValue={(twilightMinutes) => change({ twilightMinutes })}
+          />
         </span>
       </div>
       <div class="field">
         <span class="field-name">By day</span>
-        <LogSlider id="scene-day-lux" label="Light by day" scale={kLightScale} value={shown.dayLux} min={0} max={200000}
-          unit="lux" valueText={`${lightWord(shown.dayLux)}, ${plainNumber(shown.dayLux)} lux`} disabled={disabled}
-          testid="scene-day-lux" onValue={(dayLux) => change({ dayLux })} />
+        <LogSlider
+          id="scene-day-lux"
+          label="Light by day"
+          scale={kLightScale}
+          value={shown.dayLux}
+          min={0}
+          max={200000}
+          unit="lux"
+          valueText={`${lightWord(shown.dayLux)}, ${plainNumber(shown.dayLux)} lux`}
+          disabled={disabled}
+          testid="scene-day-lux"
+          onValue={(dayLux) => change({ dayLux })}
+        />
       </div>
       <div class="field">
         <span class="field-name">By night</span>
-        <LogSlider id="scene-night-lux" label="Light by night" scale={kLightScale} value={shown.nightLux} min={0} max={200000}
-          unit="lux" valueText={`${lightWord(shown.nightLux)}, ${plainNumber(shown.nightLux)} lux`} disabled={disabled}
-          testid="scene-night-lux" onValue={(nightLux) => change({ nightLux })} />
+        <LogSlider
+          id="scene-night-lux"
+          label="Light by night"
+          scale={kLightScale}
+          value={shown.nightLux}
+          min={0}
+          max={200000}
+          unit="lux"
+          valueText={`${lightWord(shown.nightLux)}, ${plainNumber(shown.nightLux)} lux`}
+          disabled={disabled}
+          testid="scene-night-lux"
+          onValue={(nightLux) => change({ nightLux })}
+        />
       </div>
-      {'' === problem ? null : <p class="problem" role="alert" data-testid="scene-day-problem">{problem} Not sent yet.</p>}
+      {'' === problem ? null : (
+        <p class="problem" role="alert" data-testid="scene-day-problem">
+          {problem} Not sent yet.
+        </p>
+      )}
     </div>
   );
 }

@@ -19,7 +19,20 @@ interface Props {
 }
 
 // A slider on which each power of ten is equally long, with a field for the number itself.
-export function LogSlider({ id, label, scale, value, min, max, unit, valueText, marks, disabled, testid, onValue }: Props) {
+export function LogSlider({
+  id,
+  label,
+  scale,
+  value,
+  min,
+  max,
+  unit,
+  valueText,
+  marks,
+  disabled,
+  testid,
+  onValue,
+}: Props) {
   const bar = useRef<HTMLInputElement>(null);
   const step = toStep(scale, value);
   useEffect(() => {

@@ -22,7 +22,11 @@ export function ScenePanel() {
         <p class="muted">The scene is not known yet.</p>
       ) : (
         <div class="scene">
-          {disabled ? <p class="muted scene-reason" data-testid="scene-reason">{reason}.</p> : null}
+          {disabled ? (
+            <p class="muted scene-reason" data-testid="scene-reason">
+              {reason}.
+            </p>
+          ) : null}
           <LightSection disabled={disabled} />
           <WeatherSection disabled={disabled} />
           <ClockSection disabled={disabled} reason={reason} />

@@ -26,12 +26,16 @@ export function timeText(minutes: number): string {
 export function luxAt(curve: Curve, minute: number): number {
   const sunrise = minutesOf(curve.sunrise) ?? 0;
   const sunset = minutesOf(curve.sunset) ?? kMinutes;
-  const dayPart = Math.min(riseAt(minute, sunrise, curve.twilightMinutes),
-    1 - riseAt(minute, sunset, curve.twilightMinutes));
+  const dayPart = Math.min(
+    riseAt(minute, sunrise, curve.twilightMinutes),
+    1 - riseAt(minute, sunset, curve.twilightMinutes),
+  );
   // A twilight may reach over midnight.
-  const wrapped = Math.max(dayPart,
+  const wrapped = Math.max(
+    dayPart,
     riseAt(minute - kMinutes, sunrise, curve.twilightMinutes),
-    1 - riseAt(minute + kMinutes, sunset, curve.twilightMinutes));
+    1 - riseAt(minute + kMinutes, sunset, curve.twilightMinutes),
+  );
   const night = Math.max(curve.nightLux, 1e-6);
   const day = Math.max(curve.dayLux, night);
   return night * Math.pow(day / night, Math.min(1, Math.max(0, wrapped)));
@@ -70,8 +74,14 @@ export function secondsOf(time: string): number | undefined {
   if (null === parts) {
     return undefined;
   }
-  const [year, month, day, hour, minute, second] = parts.slice(1).map((part) => Number(part ?? 0)) as
-    [number, number, number, number, number, number];
+  const [year, month, day, hour, minute, second] = parts.slice(1).map((part) => Number(part ?? 0)) as [
+    number,
+    number,
+    number,
+    number,
+    number,
+    number,
+  ];
   const seconds = Date.UTC(year, month - 1, day, hour, minute, second) / 1000;
   // 31 February is a date that Date would take for one in March.
   return clockText(seconds).startsWith(`${parts[1]}-${parts[2]}-${parts[3]}T${parts[4]}`) ? seconds : undefined;
@@ -90,8 +100,8 @@ const kLate = 3600;
 
 // What has to be known to end a day that was begun, kept in the browser so that a reload goes on with it.
 export interface DayPlan {
-  from: string;          // the camera's clock when it began
-  lightBefore: unknown;  // the scene's light, to be put back
+  from: string; // the camera's clock when it began
+  lightBefore: unknown; // the scene's light, to be put back
 }
 
 export function planText(plan: DayPlan): string {
@@ -104,8 +114,12 @@ export function readPlan(text: string | null): DayPlan | undefined {
   }
   try {
     const plan = JSON.parse(text) as Partial<DayPlan> | null;
-    if (null !== plan && 'object' === typeof plan && 'string' === typeof plan.from &&
-        undefined !== secondsOf(plan.from)) {
+    if (
+      null !== plan &&
+      'object' === typeof plan &&
+      'string' === typeof plan.from &&
+      undefined !== secondsOf(plan.from)
+    ) {
       return { from: plan.from, lightBefore: plan.lightBefore };
     }
   } catch {

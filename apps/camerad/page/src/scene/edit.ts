@@ -52,7 +52,14 @@ export function shownScene(): Scene | null {
 
 // The fixed light to go back to when the day no longer rules, and the other way round.
 let lastFixed: FixedLight = { kind: 'fixed', lux: 1000 };
-let lastDay: DayLight = { kind: 'day', sunrise: '06:00', sunset: '20:00', twilightMinutes: 30, dayLux: 20000, nightLux: 0.1 };
+let lastDay: DayLight = {
+  kind: 'day',
+  sunrise: '06:00',
+  sunset: '20:00',
+  twilightMinutes: 30,
+  dayLux: 20000,
+  nightLux: 0.1,
+};
 
 export function rememberLight(light: Light): void {
   if ('fixed' === light.kind) {

@@ -3,14 +3,14 @@
 
 export interface FaultForm {
   target: 'cmd' | 'key';
-  number: string;   // a number, or "any"
-  channel: string;  // empty: any
-  option: string;   // empty: any; only for a driver call
+  number: string; // a number, or "any"
+  channel: string; // empty: any
+  option: string; // empty: any; only for a driver call
   effect: 'result' | 'silent' | 'delay';
   result: string;
-  delay: string;    // milliseconds
-  times: string;    // empty: always
-  nth: string;      // empty: the first
+  delay: string; // milliseconds
+  times: string; // empty: always
+  nth: string; // empty: the first
 }
 
 export const kEmptyFault: FaultForm = {
@@ -78,10 +78,15 @@ export function faultText(form: FaultForm): string {
 
 // A fault in words: "Driver command 2369, set: returns -5, once".
 export function faultWords(text: string, name: (number: number) => string = () => ''): string {
-  const fields = new Map(text.trim().split(/\s+/).map((field) => {
-    const at = field.indexOf('=');
-    return [field.slice(0, at), field.slice(at + 1)] as const;
-  }));
+  const fields = new Map(
+    text
+      .trim()
+      .split(/\s+/)
+      .map((field) => {
+        const at = field.indexOf('=');
+        return [field.slice(0, at), field.slice(at + 1)] as const;
+      }),
+  );
   const isKey = fields.has('key');
   const number = fields.get(isKey ? 'key' : 'cmd') ?? 'any';
   const called = 'any' === number ? '' : name(Number(number));
@@ -89,11 +94,14 @@ export function faultWords(text: string, name: (number: number) => string = () =
   const channel = fields.get('ch');
   const option = fields.get('opt');
   const subject = [
-    'any' === number ? `Any ${what}` : `${isKey ? 'Notification' : 'Driver command'} ${number}` +
-      ('' === called ? '' : ` (${called})`),
+    'any' === number
+      ? `Any ${what}`
+      : `${isKey ? 'Notification' : 'Driver command'} ${number}` + ('' === called ? '' : ` (${called})`),
     undefined === option || 'any' === option ? '' : option,
     undefined === channel || 'any' === channel ? '' : `channel ${isKey ? channel : Number(channel) + 1}`,
-  ].filter((part) => '' !== part).join(', ');
+  ]
+    .filter((part) => '' !== part)
+    .join(', ');
   const effects: string[] = [];
   const delay = Number(fields.get('delay') ?? 0);
   if (delay > 0) {
