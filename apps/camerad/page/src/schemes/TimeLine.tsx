@@ -25,7 +25,7 @@ export function TimeLine() {
     return null;
   }
   const spans = view.schemes.map((scheme) => shownSpan(scheme.index));
-  const isUsed = 'schedule' === view.follow;
+  const isUsed = view.automatic && 'schedule' === view.follow;
   return (
     <div class={`time-line${isUsed ? '' : ' unused'}`} data-testid="time-line">
       <div class="hours" aria-hidden="true">
@@ -42,8 +42,8 @@ export function TimeLine() {
         </div>
       ))}
       <div class="lane-row result">
-        <span class="lane-name">In force</span>
-        <div class="lane" data-testid="lane-result" role="img" aria-label={`In force: ${describe(spans, view.schemes)}`}>
+        <span class="lane-name">{isUsed ? 'In force' : 'Would be'}</span>
+        <div class="lane" data-testid="lane-result" role="img" aria-label={`${isUsed ? 'In force' : 'Would be in force'}: ${describe(spans, view.schemes)}`}>
           {dayOf(spans).map((piece) => (
             <Piece
               key={piece.from}
