@@ -1,4 +1,4 @@
-// A story: a person in front of the page, with a camera and a browser of the story's own.
+// A story: a person in front of the page, with a camera of the story's own and a browser that has never seen it.
 //
 //     story('A slider moves the picture', async ({ camera, visit }) => {
 //       const page = await visit();
@@ -9,7 +9,7 @@
 import assert from 'node:assert/strict';
 import { mkdirSync, rmSync, writeFileSync } from 'node:fs';
 import { basename, dirname, join, resolve } from 'node:path';
-import { test } from 'node:test';
+import { after, test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 import { chromium } from 'playwright-core';
@@ -25,6 +25,11 @@ const kArguments = ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-fir
   '--disable-background-networking', '--disable-component-update'];
 
 let stories = 0;
+let browser; // of all stories in a file; each page has a profile of its own, which is empty at first
+
+after(async () => {
+  await (await browser)?.close();
+});
 
 // variant: of rootfs/variants. start: false for a story that starts the camera itself.
 export function story(name, tell, { variant, start = true } = {}) {
@@ -36,15 +41,14 @@ export function story(name, tell, { variant, start = true } = {}) {
     mkdirSync(folder, { recursive: true });
     const camera = new Camera(folder, variant);
     const visits = [];
-    let browser;
     let hasFailed = true;
     try {
       if (start) {
         await camera.start();
       }
-      browser = await chromium.launch({ executablePath: kBrowser, headless: true, args: kArguments });
+      browser ??= chromium.launch({ executablePath: kBrowser, headless: true, args: kArguments });
       const open = async (options = {}) => {
-        const made = await Visit.open(browser, camera, options);
+        const made = await Visit.open(await browser, options.url ?? camera.url, options);
         visits.push(made);
         return made;
       };
@@ -63,7 +67,9 @@ export function story(name, tell, { variant, start = true } = {}) {
       if (hasFailed) {
         await keepEvidence(folder, camera, visits);
       }
-      await browser?.close();
+      for (const made of visits) {
+        await made.close();
+      }
       await camera.kill();
       rmSync(hasFailed ? camera.root : folder, { recursive: true, force: true });
     }

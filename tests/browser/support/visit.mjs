@@ -7,10 +7,10 @@ const kWide = { width: 1280, height: 900 };
 export const kPhone = { width: 360, height: 740 };
 
 export class Visit {
-  static async open(browser, camera, { colors = 'light', size = kWide, reducedMotion = 'reduce' } = {}) {
+  static async open(browser, url, { colors = 'light', size = kWide, reducedMotion = 'reduce' } = {}) {
     const context = await browser.newContext({ viewport: size, colorScheme: colors, reducedMotion });
     const visit = new Visit(await context.newPage());
-    await visit.page.goto(camera.url);
+    await visit.page.goto(url);
     return visit;
   }
 
@@ -155,6 +155,11 @@ export class Visit {
       async () => pattern.test((await this.get('log-row').allTextContents()).join('\n')),
       () => `the log holds ${pattern}`,
     );
+  }
+
+  // A button that says why it cannot be pressed is pressed all the same, as a person may try.
+  async tryToPress(id) {
+    await this.get(id).click({ force: true });
   }
 
   async press(...keys) {

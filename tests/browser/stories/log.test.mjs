@@ -1,0 +1,53 @@
+import assert from 'node:assert/strict';
+
+import { kBrightness } from '../support/keys.mjs';
+import { story } from '../support/story.mjs';
+import { until } from '../support/until.mjs';
+
+const set = (s, value) => s.camera.request('PUT', `/channels/1/parameters/${kBrightness}`, { value });
+
+story('The log shows what comes, finds words, and holds still when it is asked to', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('log');
+  await set(s, 61);
+  await visit.untilLogged(new RegExp(`set ${kBrightness} 61\\b`));
+  await visit.get('log-filter').fill(`set ${kBrightness} 6`);
+  await until(async () => {
+    const rows = await visit.get('log-row').allTextContents();
+    return 1 === rows.length && new RegExp(`set ${kBrightness} 61\\b`).test(rows[0]);
+  }, 'one line is left');
+  await visit.get('log-pause').click();
+  await set(s, 62);
+  await until(async () => /1/.test(await visit.text('log-pause')) || /1 /.test(await visit.text('log-count')), 'it counts what came');
+  assert.equal(await visit.get('log-row').count(), 1);
+  await visit.get('log-pause').click();
+  await visit.untilLogged(new RegExp(`set ${kBrightness} 62\\b`));
+  await visit.get('log-clear').click();
+  await until(async () => 0 === (await visit.get('log-row').count()), 'the log is empty');
+});
+
+story('Only what failed is shown when that is asked', async (s) => {
+  await s.camera.request('POST', '/faults', { text: `cmd=${kBrightness} opt=set result=-5 times=1` });
+  const visit = await s.visit();
+  await visit.goTo('log');
+  await visit.get('log-failed').click();
+  await s.camera
+    .request('PUT', `/channels/1/parameters/${kBrightness}`, { value: 71 })
+    .then(() => assert.fail('the camera should refuse'), (error) => assert.match(error.message, /422/));
+  await visit.untilLogged(new RegExp(`set ${kBrightness} 71\\b`));
+  const rows = await visit.get('log-row').allTextContents();
+  assert.ok(rows.every((row) => /-\d+/.test(row)), rows.join('\n'));
+});
+
+story('A thousand lines a second do not stop the page', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('log');
+  await s.camera.request('PUT', '/clock', { simulated: true, speed: 1440 });
+  await visit.untilFrames(5);
+  await visit.goTo('settings', 'image');
+  await visit.type(kBrightness, 72);
+  await until(async () => 72 === (await s.camera.value(kBrightness)), 'the camera has 72');
+  await visit.goTo('log');
+  await visit.untilSeen('log-lines');
+  assert.ok((await visit.get('log-row').count()) < 200, 'only what can be seen is drawn');
+});

@@ -1,0 +1,126 @@
+// What the settings, the light and the weather do to the picture, by its pixels.
+import assert from 'node:assert/strict';
+
+import { kBrightness, kMirror, kSaturation } from '../support/keys.mjs';
+import { story } from '../support/story.mjs';
+import { until } from '../support/until.mjs';
+
+const colourOf = ({ red, green, blue }) => Math.max(red, green, blue) - Math.min(red, green, blue);
+
+async function set(s, key, value) {
+  await s.camera.request('PUT', `/channels/1/parameters/${key}`, { value });
+}
+
+story('Brightness and saturation change what is seen', async (s) => {
+  const visit = await s.visit();
+  await visit.untilFrames(2);
+  const first = await visit.look();
+  await set(s, kBrightness, 90);
+  await visit.untilLooks((now) => now.mean > first.mean + 10, `brighter than ${first.mean}`);
+  await set(s, kBrightness, 10);
+  await visit.untilLooks((now) => now.mean < first.mean - 10, `darker than ${first.mean}`);
+  await set(s, kBrightness, 50);
+  await set(s, kSaturation, 0);
+  await visit.untilLooks((now) => colourOf(now) < 3, 'without colour');
+});
+
+story('A mirror exchanges left and right', async (s) => {
+  await s.camera.request('PATCH', '/scene', { wind: 0 });
+  const visit = await s.visit();
+  await visit.untilFrames(2);
+  const halves = () =>
+    visit.get('picture').evaluate((canvas) => {
+      const { data, width, height } = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
+      const sums = [0, 0];
+      for (let y = 0; y < height; ++y) {
+        for (let x = 0; x < width; ++x) {
+          sums[2 * x < width ? 0 : 1] += data[4 * (y * width + x)];
+        }
+      }
+      return sums.map((sum) => sum / ((width * height) / 2));
+    });
+  const [left, right] = await halves();
+  assert.ok(Math.abs(left - right) > 1, `the scene is not the same on both sides: ${left} ${right}`);
+  await set(s, kMirror, 1);
+  let seen;
+  await until(async () => {
+    seen = await halves();
+    return Math.sign(seen[0] - seen[1]) === -Math.sign(left - right);
+  }, () => `the halves ${left} and ${right} are exchanged, not ${seen}`);
+});
+
+story('Fog takes the detail away', async (s) => {
+  const visit = await s.visit();
+  await visit.untilFrames(2);
+  const first = await visit.look();
+  await visit.goTo('scene');
+  await visit.get('scene-fog').focus();
+  await visit.press('End');
+  await until(async () => (await s.camera.request('GET', '/scene')).fog > 90, 'there is fog');
+  await visit.untilLooks((now) => now.detail < first.detail * 0.8, `less detail than ${first.detail}`);
+});
+
+story('By night the picture has no colours, and the badge says so', async (s) => {
+  const visit = await s.visit();
+  await visit.untilFrames(2);
+  assert.equal(await visit.get('day-night-badge').getAttribute('data-state'), 'day');
+  await visit.get('day-night-badge').click();
+  await until(async () => 'night' === (await visit.get('day-night-badge').getAttribute('data-state')), 'the badge says night');
+  assert.deepEqual(await s.camera.request('GET', '/channels/1/day-night'), { state: 'night' });
+  await visit.untilLooks((now) => colourOf(now) < 3, 'without colour');
+  assert.match(await visit.get('picture').getAttribute('aria-label'), /night/);
+});
+
+story('A frozen picture stays, and goes on when it is let go', async (s) => {
+  const visit = await s.visit();
+  await visit.untilFrames(2);
+  await visit.get('picture-freeze').click();
+  await visit.untilSeen('picture-frozen');
+  const frozen = await visit.look();
+  await set(s, kBrightness, 95);
+  await until(
+    async () => 0 === Number(/^camerad_picture_viewers(?:{[^}]*})? (\d+)/m.exec(await metrics(s))?.[1]),
+    'nobody looks any more',
+  );
+  assert.deepEqual(await visit.look(), frozen);
+  await visit.get('picture-freeze').click();
+  await visit.untilLooks((now) => now.mean > frozen.mean + 10, 'the live picture is brighter');
+});
+
+async function metrics(s) {
+  const answer = await fetch(`${s.camera.url}metrics`, {
+    headers: { Authorization: `Basic ${Buffer.from(`admin:${s.camera.password}`).toString('base64')}` },
+  });
+  assert.equal(answer.status, 200);
+  return answer.text();
+}
+
+story('The histogram and the comparison say in words what they show', async (s) => {
+  const visit = await s.visit();
+  await visit.untilFrames(2);
+  await visit.get('picture-histogram-toggle').click();
+  await visit.untilText('picture-histogram-text', /Mean level \d+ of 255/);
+  const level = Number(/Mean level (\d+)/.exec(await visit.text('picture-histogram-text'))[1]);
+  await visit.get('picture-compare').click();
+  await set(s, kBrightness, 90);
+  await until(
+    async () => Number(/Mean level (\d+)/.exec(await visit.text('picture-histogram-text'))[1]) > level + 10,
+    'the mean level rises',
+  );
+  await visit.untilText('picture-compare-text', /\d/);
+});
+
+story('A picture can be downloaded', async (s) => {
+  const visit = await s.visit();
+  await visit.untilFrames(1);
+  const [download] = await Promise.all([visit.page.waitForEvent('download'), visit.get('picture-download').click()]);
+  assert.match(download.suggestedFilename(), /^channel-1-.*\.jpg$/);
+  const stream = await download.createReadStream();
+  const chunks = [];
+  for await (const chunk of stream) {
+    chunks.push(chunk);
+  }
+  const bytes = Buffer.concat(chunks);
+  assert.equal(bytes.subarray(0, 3).toString('hex'), 'ffd8ff');
+  assert.ok(bytes.length > 5000, `${bytes.length} bytes`);
+});

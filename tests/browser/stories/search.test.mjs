@@ -1,0 +1,30 @@
+import assert from 'node:assert/strict';
+
+import { kBrightness, kContrast } from '../support/keys.mjs';
+import { story } from '../support/story.mjs';
+
+story('A search finds by label, name and number, and leads to the control', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('settings', 'exposure');
+  await visit.get('search').fill('bright');
+  await visit.get(`hit-${kBrightness}`).click();
+  await visit.untilSeen(`control-${kBrightness}`);
+  assert.equal(await visit.get('tab-image').getAttribute('aria-selected'), 'true');
+  assert.match(await visit.focused(), new RegExp(`^control-${kBrightness}`));
+  for (const words of ['KEY_CONTRAST', String(kContrast), 'contrast']) {
+    await visit.goTo('settings', 'exposure');
+    await visit.get('search').fill(words);
+    await visit.untilSeen(`hit-${kContrast}`);
+    await visit.get('search').press('Enter');
+    await visit.untilSeen(`control-${kContrast}`);
+  }
+});
+
+story('A search for nothing says so', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('settings');
+  await visit.get('search').fill('no such thing anywhere');
+  await visit.page.getByText('Nothing is called like that.').waitFor();
+  await visit.get('search').press('Escape');
+  assert.equal(await visit.get('search').inputValue(), '');
+});

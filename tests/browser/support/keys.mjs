@@ -1,0 +1,8 @@
+// Keys of parameters that the stories use; all are offered by the camera of rootfs/.
+export const kBrightness = 34;
+export const kContrast = 2353;
+export const kSaturation = 2337;
+export const kMirror = 2384;
+// Two switches, of which each takes the other out of use while it is on.
+export const kHighlights = 112;
+export const kBacklight = 128;
