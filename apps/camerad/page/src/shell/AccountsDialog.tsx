@@ -76,7 +76,7 @@ export function AccountsDialog({ onClose }: { onClose: () => void }) {
         </ul>
         <form class="stack" onSubmit={(event) => void add(event)}>
           <h3>Add an account, or give one a new password</h3>
-          <div class="field">
+          <div class="form-field">
             <label for="account-name">Name</label>
             <input
               id="account-name"
@@ -90,7 +90,7 @@ export function AccountsDialog({ onClose }: { onClose: () => void }) {
             />
           </div>
           <PasswordField id="account-password" label="Password" use="new-password" value={password} onValue={setPassword} />
-          <div class="field">
+          <div class="form-field">
             <label for="account-role">Role</label>
             <select
               id="account-role"

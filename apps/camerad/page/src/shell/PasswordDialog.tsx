@@ -55,7 +55,7 @@ interface FieldProps {
 
 export function PasswordField({ id, label, use, value, onValue }: FieldProps) {
   return (
-    <div class="field">
+    <div class="form-field">
       <label for={id}>{label}</label>
       <input
         id={id}

@@ -61,18 +61,18 @@ export function TokensDialog({ onClose }: { onClose: () => void }) {
           }}
         >
           <h3>Make a token</h3>
-          <div class="field">
+          <div class="form-field">
             <label for="token-name">Name of the program</label>
             <input id="token-name" type="text" autocomplete="off" value={name} data-testid="token-name" onInput={(event) => setName(event.currentTarget.value)} />
           </div>
-          <div class="field">
+          <div class="form-field">
             <label for="token-role">Role</label>
             <select id="token-role" class="select" value={role} onChange={(event) => setRole(event.currentTarget.value as Role)}>
               <option value="viewer">Viewer</option>
               <option value="admin">Administrator</option>
             </select>
           </div>
-          <div class="field">
+          <div class="form-field">
             <label for="token-days">Ends after, days</label>
             <NumberField id="token-days" value={days} min={1} max={kLongest} onValue={setDays} />
           </div>
