@@ -17,8 +17,10 @@ export function Dialog({ title, testid, onClose, children }: Props) {
   const id = useRef(`dialog-${nextId++}`);
   useEffect(() => {
     const before = document.activeElement;
-    box.current?.showModal();
+    const dialog = box.current;
+    dialog?.showModal();
     return () => {
+      dialog?.close(); // while it is modal, nothing behind it can have the focus
       if (before instanceof HTMLElement && before.isConnected) {
         before.focus();
       }
