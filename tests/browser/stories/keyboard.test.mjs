@@ -49,7 +49,7 @@ story('A dialog keeps the focus, and Escape gives it back', async (s) => {
   }
   await visit.press('Escape');
   await visit.untilGone('reset-dialog');
-  assert.equal(await visit.focused(), 'reset');
+  await until(async () => 'reset' === (await visit.focused()), 'the focus is back on the button');
 });
 
 story('A window is moved by the arrow keys', async (s) => {
