@@ -181,7 +181,7 @@ Answerer::Answerer() {
     });
     // For what httplib refuses or fails at by itself.
     set_exception_handler([](const httplib::Request& /*p_stRequest*/, httplib::Response& p_stResponse,
-                             std::exception_ptr /*p_pError*/) { p_stResponse.status = kFailed; });
+                             const std::exception_ptr& /*p_pError*/) { p_stResponse.status = kFailed; });
     set_error_handler(HandlerWithResponse([](const httplib::Request& /*p_stRequest*/, httplib::Response& p_stResponse) {
         if (p_stResponse.body.empty() && p_stResponse.status >= kFirstRefusal) {
             fill(problemResponse(p_stResponse.status, "failed", "the request could not be answered"), p_stResponse);

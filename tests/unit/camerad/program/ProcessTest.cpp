@@ -1,0 +1,236 @@
+// The whole program: started, spoken to, ended, started again.
+#include "tests/unit/camerad/program/CameraProcess.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstddef>
+#include <cstring>
+#include <thread>
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+const std::vector<std::string> kAnyPort = {"--listen", "127.0.0.1:0"};
+const char kParameters[] = "/api/v1/channels/1/parameters";
+
+std::vector<std::string> anyPortAnd(std::vector<std::string> p_vecMore) {
+    p_vecMore.insert(p_vecMore.end(), kAnyPort.begin(), kAnyPort.end());
+    return p_vecMore;
+}
+
+TEST(CameradProcess, TellsItsAddressAndItsFirstPasswordAndEndsWhenTold) {
+    const CameraTree tree;
+    CameraProcess process(tree, anyPortAnd({"--port-file", tree.path() + "/port"}));
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    EXPECT_EQ(tree.read("/port"), std::to_string(process.port()) + "\n");
+    EXPECT_NE(process.password(), "");
+    EXPECT_EQ(jsonOf(process.client("")->Get("/healthz"))["status"], "ok");
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.finish(), 0) << process.errors();
+    EXPECT_THAT(process.lines(), SizeIs(2));
+    EXPECT_FALSE(tree.exists("/port"));
+    EXPECT_THAT(process.errors(), Not(HasSubstr(process.password())));
+}
+
+TEST(CameradProcess, FindsEverythingAgainAfterARestart) {
+    const CameraTree tree;
+    std::string password;
+    {
+        CameraProcess process(tree, kAnyPort);
+        ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+        password = process.password();
+        const auto client = process.client(password);
+        const json patched =
+            jsonOf(client->Patch(kParameters, R"({"parameters":[{"key":34,"value":61}]})", "application/json"));
+        EXPECT_EQ(patched["results"][0]["value"], 61) << patched;
+        jsonOf(client->Post("/api/v1/channels/1/save"));
+        process.signal(SIGINT);
+        EXPECT_EQ(process.finish(), 0) << process.errors();
+    }
+    CameraProcess process(tree, kAnyPort);
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    EXPECT_EQ(process.password(), "");
+    EXPECT_THAT(process.lines(), SizeIs(1));
+    const json value = jsonOf(process.client(password)->Get(std::string(kParameters) + "/brightness"));
+    EXPECT_EQ(value["value"], 61) << value;
+    EXPECT_EQ(value["unsaved"], false) << value;
+    EXPECT_EQ(process.client("wrong " + password)->Get(kParameters)->status, 401);
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.finish(), 0) << process.errors();
+}
+
+TEST(CameradProcess, EndsWhilePeopleWatch) {
+    const CameraTree tree;
+    CameraProcess process(tree, kAnyPort);
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    std::atomic<int> began{0};
+    std::vector<std::thread> viewers;
+    for (const char* const path : {"/api/v1/events", "/api/v1/channels/1/preview.mjpg", "/api/v1/events"}) {
+        viewers.emplace_back([&process, &began, path] {
+            const auto client = process.client(process.password());
+            bool first = true;
+            client->Get(path, [&](const char*, std::size_t) {
+                began += first ? 1 : 0;
+                first = false;
+                return true;
+            });
+        });
+    }
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (began < 3 && std::chrono::steady_clock::now() < end) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(began, 3);
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.finish(), 0) << process.errors();  // a status of its own would tell that something hung
+    for (std::thread& viewer : viewers) {
+        viewer.join();
+    }
+}
+
+TEST(CameradProcess, TheLibrarysMessagesAreNoOutputButStandInTheLog) {
+    const CameraTree tree;
+    CameraProcess process(tree, kAnyPort);
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    const auto client = process.client(process.password());
+    jsonOf(client->Put("/api/v1/messages/level", R"({"level":8})", "application/json"));
+    jsonOf(client->Put(std::string(kParameters) + "/34", R"({"value":62})", "application/json"));
+    const auto hasMessage = [&client] {
+        const json log = jsonOf(client->Get("/api/v1/log"));
+        for (const json& entry : log["entries"]) {
+            if ("message" == entry["kind"]) {
+                return true;
+            }
+        }
+        return false;
+    };
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    bool found = hasMessage();
+    while (!found && std::chrono::steady_clock::now() < end) {
+        found = hasMessage();
+    }
+    EXPECT_TRUE(found);
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.finish(), 0) << process.errors();
+    EXPECT_THAT(process.lines(), SizeIs(2));
+}
+
+TEST(CameradProcess, SpeaksTlsWhereOthersReachIt) {
+    const CameraTree tree;
+    std::string fingerprint;
+    std::string password;
+    for (int start = 0; start < 2; ++start) {
+        CameraProcess process(tree, {"--listen", "0.0.0.0:0"});
+        ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+        EXPECT_THAT(process.address(), HasSubstr("https://"));
+        EXPECT_NE(process.fingerprint(), "");
+        if (0 == start) {
+            fingerprint = process.fingerprint();
+            password = process.password();
+        }
+        EXPECT_EQ(process.fingerprint(), fingerprint);
+        jsonOf(process.client(password)->Get("/api/v1/version"));
+        process.signal(SIGTERM);
+        EXPECT_EQ(process.finish(), 0) << process.errors();
+    }
+}
+
+TEST(CameradProcess, PlainHttpForOthersTakesNoPasswordInEachRequest) {
+    const CameraTree tree;
+    CameraProcess process(tree, {"--listen", "0.0.0.0:0", "--insecure"});
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    EXPECT_THAT(process.address(), HasSubstr("http://"));
+    EXPECT_EQ(process.fingerprint(), "");
+    EXPECT_EQ(process.client(process.password())->Get("/api/v1/version")->status, 401);
+}
+
+TEST(CameradProcess, TwoOnOneDeviceRootAreOneTooMany) {
+    const CameraTree tree;
+    CameraProcess first(tree, kAnyPort);
+    ASSERT_TRUE(first.waitUntilServing()) << first.errors();
+    CameraProcess second(tree, kAnyPort);
+    EXPECT_FALSE(second.waitUntilServing());
+    EXPECT_EQ(second.finish(), 1);
+    EXPECT_THAT(second.errors(), HasSubstr("another camerad"));
+}
+
+TEST(CameradProcess, APortThatIsTakenIsSaid) {
+    const CameraTree tree;
+    const CameraTree other;
+    CameraProcess first(tree, kAnyPort);
+    ASSERT_TRUE(first.waitUntilServing()) << first.errors();
+    CameraProcess second(other, {"--listen", "127.0.0.1:" + std::to_string(first.port())});
+    EXPECT_FALSE(second.waitUntilServing());
+    EXPECT_EQ(second.finish(), 1);
+    EXPECT_THAT(second.errors(), HasSubstr("cannot listen"));
+    EXPECT_NE(second.password(), "");  // it was made, and nobody will ever hear it again
+}
+
+TEST(CameradProcess, ADeviceRootWithoutACameraIsSaid) {
+    const TestRoot empty;
+    CameraProcess process(empty, kAnyPort);
+    EXPECT_FALSE(process.waitUntilServing());
+    EXPECT_EQ(process.finish(), 1);
+    EXPECT_THAT(process.errors(), HasSubstr("camerad: "));
+}
+
+TEST(CameradProcess, ANewPasswordIsTakenFromStandardInput) {
+    const CameraTree tree;
+    CameraProcess unknown(tree, {"--set-password", "nobody"}, "correct horse\n");
+    EXPECT_EQ(unknown.finish(), 1);
+    EXPECT_THAT(unknown.errors(), HasSubstr("there are: admin"));
+    CameraProcess setting(tree, {"--set-password", "admin"}, "correct horse\n");
+    EXPECT_EQ(setting.finish(), 0) << setting.errors();
+    EXPECT_THAT(setting.lines(), IsEmpty());
+    EXPECT_THAT(setting.errors(), Not(HasSubstr("correct horse")));
+
+    CameraProcess process(tree, kAnyPort);
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    EXPECT_EQ(process.password(), "");
+    jsonOf(process.client("correct horse")->Get("/api/v1/version"));
+}
+
+TEST(CameradProcess, WrongUseIsStatusTwo) {
+    const CameraTree tree;
+    CameraProcess process(tree, {"--listen", "nonsense:port"});
+    EXPECT_EQ(process.finish(), 2);
+    EXPECT_THAT(process.errors(), HasSubstr("--help"));
+}
+
+TEST(CameradProcess, TellsTheServiceManagerHowFarItIs) {
+    const CameraTree tree;
+    const std::string name = "@camerad-process-" + std::to_string(getpid());
+    const int manager = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path + 1, name.data() + 1, name.size() - 1);
+    ASSERT_EQ(bind(manager, reinterpret_cast<sockaddr*>(&address),
+                   static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size())),
+              0);
+    const timeval patience{60, 0};
+    setsockopt(manager, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
+    const auto hear = [manager] {
+        char bytes[64];
+        const ssize_t got = recv(manager, bytes, sizeof(bytes), 0);
+        return std::string(bytes, got > 0 ? static_cast<std::size_t>(got) : 0);
+    };
+    CameraProcess process(tree, kAnyPort, "", {{"NOTIFY_SOCKET", name}});
+    EXPECT_EQ(hear(), "READY=1");
+    process.signal(SIGTERM);
+    EXPECT_EQ(hear(), "STOPPING=1");
+    EXPECT_EQ(process.finish(), 0) << process.errors();
+    close(manager);
+}
+
+}  // namespace
