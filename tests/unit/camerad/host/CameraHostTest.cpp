@@ -113,7 +113,7 @@ TEST(CameraHost, AStuckDriverCallHoldsUpItsOwnChannelOnly) {
 
 TEST(CameraHost, ACallThatTakesTooLongGoesOnWithoutItsCaller) {
     Rig rig;
-    rig.settings().nWaitMilliseconds = 150;
+    rig.settings().nWaitMilliseconds = 1000;
     rig.start();
     rig.host().setClock(false, "", 1, kAnna);
     rig.host().addFault("cmd=34 opt=set delay=3600000000 times=1", kAnna);
@@ -132,7 +132,7 @@ TEST(CameraHost, ACallThatTakesTooLongGoesOnWithoutItsCaller) {
 
 TEST(CameraHost, EndsAtOnceWhileADriverCallIsStuck) {
     Rig rig;
-    rig.settings().nWaitMilliseconds = 50;
+    rig.settings().nWaitMilliseconds = 1000;
     rig.start();
     rig.host().setClock(false, "", 1, kAnna);
     rig.host().addFault("cmd=34 opt=set delay=3600000000", kAnna);
@@ -194,12 +194,15 @@ TEST(CameraHost, APowerCutLosesWhatWasNotSaved) {
 
 TEST(CameraHost, APowerCutThatAChannelHoldsUpIsTakenBack) {
     Rig rig("thermal");
-    rig.settings().nWaitMilliseconds = 50;
-    rig.settings().nResetMilliseconds = 300;
+    rig.settings().nWaitMilliseconds = 1000;
+    rig.settings().nResetMilliseconds = 2000;
     rig.start();
+    EXPECT_TRUE(eventually([&] { return rig.channel(1).view().bReady && rig.channel(2).view().bReady; }));
+    EXPECT_TRUE(eventually([&] { return rig.channel(1).view().strBusyWith.empty(); }));
     rig.host().setClock(false, "", 1, kAnna);
     rig.host().addFault("cmd=34 ch=0 opt=set delay=3600000000 times=1", kAnna);
     EXPECT_EQ(Refusal::Kind::Busy, refusalOf([&] { rig.set(34, 60); }).kind());
+    EXPECT_EQ(1, rig.host().faults()["faults"][0]["acted"]) << "it has begun";
     EXPECT_EQ(Refusal::Kind::Busy, refusalOf([&] { rig.host().powerCycle(kAnna); }).kind());
     rig.host().setClock(true, "", 0, kAnna);
     EXPECT_TRUE(eventually([&] { return rig.channel(1).view().strBusyWith.empty(); }));
