@@ -124,7 +124,7 @@ const sender = new NewestWins<{ channel: number; value: number }>(
       const result = answer.results[0];
       if (undefined !== result && change.channel === channel.value) {
         if (undefined !== result.value) {
-          takeAnswer(key, answer.scheme, result.value);
+          takeAnswer(key, answer, result.value);
         }
         setRefusal(key, result.ok ? '' : (result.problem?.detail ?? result.problem?.title ?? 'The camera refused it.'));
       }
@@ -141,10 +141,10 @@ const sender = new NewestWins<{ channel: number; value: number }>(
 );
 
 // The answer to a change may be here before its event. It says nothing of "stored", so that the mark follows from what is
-// known.
-function takeAnswer(key: number, scheme: number, value: number): void {
+// known. When its event has been here before, another one may have been, too, and the answer is the older of the two.
+function takeAnswer(key: number, answer: { scheme: number; revision: number }, value: number): void {
   const known = values.value.byKey.get(key);
-  if (scheme === values.value.scheme) {
+  if (answer.scheme === values.value.scheme && (answer.revision > values.value.revision || undefined === known)) {
     const unsaved = undefined !== known?.stored && known.stored !== value;
     values.value = withValue(values.value, { ...(known ?? { key, name: '' }), value, unsaved });
   }
@@ -199,7 +199,8 @@ export async function pressParameter(key: number, value: number): Promise<boolea
 export async function resetParameter(key: number): Promise<void> {
   setRefusal(key, '');
   try {
-    takeValue(await api.toDefault(channel.value, key));
+    await api.toDefault(channel.value, key);
+    loadValuesSoon(); // the answer may be older than an event that has been here
   } catch (error) {
     setRefusal(key, explain(error));
   }

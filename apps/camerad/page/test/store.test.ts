@@ -189,6 +189,29 @@ test('a change carries the proof of the session', async () => {
   assert.equal(store.values.value.byKey.get(34)?.unsaved, true);
 });
 
+test('an answer that is older than an event changes nothing', async () => {
+  camera.table.set('PATCH /channels/1/parameters', async () => {
+    camera.change(51);
+    camera.change(70); // by somebody else, and heard before the answer
+    await until(() => 70 === store.values.value.byKey.get(34)?.value);
+    return { body: { scheme: 0, revision: 18, results: [{ key: 34, ok: true, value: 51 }] } };
+  });
+  store.setParameter(34, 51);
+  await until(() => 0 === store.edits.value.size);
+  assert.equal(shown(), 70);
+});
+
+test('a default that somebody else has changed since is not shown', async () => {
+  camera.table.set('POST /channels/1/parameters/34/default', async () => {
+    camera.change(50);
+    camera.change(70);
+    await until(() => 70 === store.values.value.byKey.get(34)?.value);
+    return { body: { key: 34, name: 'KEY_BRIGHTNESS', value: 50, default: 50, stored: 50, unsaved: false } };
+  });
+  await store.resetParameter(34);
+  assert.equal(shown(), 70);
+});
+
 test('a connection that ends is made anew, and everything asked for again', async () => {
   camera.value = 33;
   camera.streams.at(-1)?.close();
