@@ -252,7 +252,7 @@ void Host::powerCycle(const Actor& p_stActor) {
     const std::unique_lock lock(m_mutexPower, std::try_to_lock);
     if (!lock.owns_lock()) {
         Refusal refusal(Refusal::Kind::Busy, "busy", "the camera is being switched off and on already");
-        throw refusal.retryAfter(2);
+        throw Refusal(refusal.retryAfter(2));
     }
     const Worker::Clock::time_point tUntil = untilLater();
     std::vector<Channel*> vecDown;

@@ -71,15 +71,7 @@ void Channel::reset(const Actor& p_stActor) {
 }
 
 void Channel::readStoredAgain() {
-    m_objWorker.postQuietly([this] {
-        if (!m_stNow.bReady) {
-            return;
-        }
-        for (int i = 0; i < m_stDescription.nSchemes; ++i) {
-            readStored(i);
-        }
-        commit({"camera", ""}, "host");
-    });
+    m_bStoredAnew = true;
 }
 
 Channel::TimePoint Channel::untilSoon() const {
@@ -217,6 +209,7 @@ void Channel::takeUp() {
     readNight();
     m_vecRangeMark.clear();
     m_stNow.vecRanges.clear();
+    m_stNow.mapSent.clear();
     readRanges();
     m_stNow.bReady = true;
 }
@@ -265,7 +258,15 @@ void Channel::carryOutReset(const Actor& p_stActor) {
     if (nullptr == m_pController) {
         refuseNotReady(m_stNow);
     }
+    std::unique_lock lock(m_stContext.objInit, std::try_to_lock);
+    if (!lock.owns_lock()) {
+        Refusal refusal(Refusal::Kind::Busy, "busy",
+                        "another channel is being reset or started, which deals with the stored files of all channels; "
+                        "nothing was done");
+        throw Refusal(refusal.retryAfter(2));
+    }
     const bool bDone = m_pController->resetParameters();
+    lock.unlock();
     std::optional<Refusal> notKept;
     try {
         m_stContext.objSettings.keep(number(), {});
@@ -287,7 +288,7 @@ void Channel::carryOutReset(const Actor& p_stActor) {
                           (m_stNow.strProblem.empty() ? "the controller refused it" : m_stNow.strProblem));
     }
     if (notKept) {
-        throw *notKept;
+        throw Refusal(*notKept);
     }
 }
 
@@ -297,13 +298,17 @@ void Channel::look() {
     if (!m_stNow.bReady) {
         return;
     }
-    const bool bSwitched = noticeSwitch();
-    const bool bNight = readNight();
-    const bool bRanges = readRanges();
-    if (bSwitched || bNight || bRanges) {
-        commit({"camera", ""}, whyByItself());
+    try {
+        tellSwitch();
+        const bool bNight = readNight();
+        const bool bRanges = readRanges();
+        if (bNight || bRanges) {
+            commit({"camera", ""}, whyByItself());
+        }
+        lookAtLens();
+    } catch (const std::exception& objFailure) {
+        m_stContext.fnMessage("channel " + std::to_string(number()) + " could not be looked at: " + objFailure.what());
     }
-    lookAtLens();
 }
 
 std::string Channel::whyByItself() const {
@@ -319,6 +324,17 @@ bool Channel::noticeSwitch() {
     entered(m_stNow.nScheme, nScheme);
     readValues();
     return true;
+}
+
+void Channel::tellSwitch() {
+    const bool bStored = m_bStoredAnew.exchange(false);
+    for (int i = 0; bStored && i < m_stDescription.nSchemes; ++i) {
+        readStored(i);
+    }
+    const bool bSwitched = noticeSwitch();
+    if (bStored || bSwitched) {
+        commit({"camera", ""}, whyByItself());
+    }
 }
 
 void Channel::lookAtLens() {
@@ -480,11 +496,17 @@ void Channel::entered(int p_nFrom, int p_nTo) {
 
 // --- Telling ---
 
+// When the camera has switched meanwhile, and nobody else, what is seen now is the camera's doing.
 void Channel::conclude(const Actor& p_stActor, const std::string& p_strWhy) {
+    const int nScheme = m_stNow.nScheme;
     readValues();
     readRanges();
     readNight();
-    commit(p_stActor, p_strWhy);
+    if (nScheme != m_stNow.nScheme && nScheme == shown().nScheme) {
+        commit({"camera", ""}, whyByItself());
+    } else {
+        commit(p_stActor, p_strWhy);
+    }
 }
 
 ParameterValue Channel::valueOf(const Known& p_stKnown, const Scheme& p_stScheme, std::size_t p_nPlace) const {
@@ -529,6 +551,12 @@ void Channel::commit(const Actor& p_stActor, const std::string& p_strWhy, bool p
         const ParameterValue value = valueOf(m_stNow, *pNow, nPlace);
         if (nullptr == pBefore || !bSameKeys || !isSame(value, valueOf(before, *pBefore, nPlace))) {
             changes.push_back(changeJson(value));
+        }
+    }
+    for (const auto& [nKey, nValue] : m_stNow.mapSent) {
+        const auto known = before.mapSent.find(nKey);
+        if (m_stNow.bReady && (before.mapSent.end() == known || known->second != nValue)) {
+            changes.push_back({{"key", nKey}, {"value", nValue}, {"unsaved", false}});
         }
     }
     const nlohmann::json schemes = toJson(schemesOf(m_stNow), number());

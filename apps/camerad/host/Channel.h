@@ -57,7 +57,7 @@ public:
     // --- For the camera that it is of ---
     Worker::Ticket goDown(const Actor& p_stActor);
     Worker::Ticket comeUp(const Actor& p_stActor);
-    void readStoredAgain();  // does not wait
+    void readStoredAgain();  // at the next look; does not wait
     void stopWorking();      // stops the controller and the worker, once a job that is being done has ended
     using TimePoint = Worker::Clock::time_point;
 
@@ -119,6 +119,7 @@ private:
         int nFollow = 0;  // KEY_SCHEME_MODE as the controller goes by it
         ChannelSettings stSettings;
         std::vector<RangeView> vecRanges;
+        std::map<u32, int> mapSent;  // what no scheme holds, as it was last set
         std::uint64_t nRevision = 0;
     };
 
@@ -147,6 +148,7 @@ private:
     void look();
     void lookAtLens();
     bool noticeSwitch();  // true when the camera has switched by itself
+    void tellSwitch();    // notices it and tells
     std::string whyByItself() const;
     void readValues();
     void readStored(int p_nScheme);
@@ -186,6 +188,7 @@ private:
 
     ChangeResult changeOne(const Change& p_stChange, bool p_bRecord);
     void completeResult(ChangeResult& p_stResult, const Change& p_stChange, bool p_bRecord);
+    void noteSent(const ChangeResult& p_stResult);
     std::optional<Refusal> objectionTo(const Change& p_stChange, bool p_bRecord);
     std::vector<ChangeResult> changeAll(const std::vector<Change>& p_vecChanges, bool p_bRecord,
                                         const Actor& p_stActor);
@@ -208,6 +211,8 @@ private:
     std::vector<int> m_vecRangeMark;  // of the ranges as they were last read
     bool m_bLensMoved = false;
 
+    std::atomic<bool> m_bStoredAnew{false};  // the stored files are others than those that were read
+
     mutable std::mutex m_mutex;  // guards what follows
     Known m_stShown;
     std::string m_strBusyWith;
@@ -224,6 +229,7 @@ Result Channel::ask(std::function<Result()> p_fnWork) {
             if (!m_stNow.bReady) {
                 refuseNotReady(m_stNow);
             }
+            tellSwitch();  // before anybody else is taken for its cause
             pResult->emplace(fnWork());
         },
         untilSoon());

@@ -201,11 +201,16 @@ void Channel::completeResult(ChangeResult& p_stResult, const Change& p_stChange,
     }
 }
 
+// What no scheme holds is told as well, so that everybody shows the same.
+void Channel::noteSent(const ChangeResult& p_stResult) {
+    const StyleItem* const pItem = m_stNow.pStyle->find(p_stResult.nKey);
+    if (!p_stResult.refusal && nullptr != pItem && "button" != pItem->strType && !placeOf(p_stResult.nKey)) {
+        m_stNow.mapSent[p_stResult.nKey] = p_stResult.nValue;
+    }
+}
+
 std::vector<ChangeResult> Channel::changeAll(const std::vector<Change>& p_vecChanges, bool p_bRecord,
                                              const Actor& p_stActor) {
-    if (noticeSwitch()) {
-        commit({"camera", ""}, whyByItself());
-    }
     std::vector<ChangeResult> vecResults;
     for (const Change& change : p_vecChanges) {
         vecResults.push_back(changeOne(change, p_bRecord));
@@ -218,6 +223,7 @@ std::vector<ChangeResult> Channel::changeAll(const std::vector<Change>& p_vecCha
                          [&](const Change& p_stLater) { return p_stLater.nKey == p_vecChanges[i].nKey; });
         if (bLast) {
             completeResult(vecResults[i], p_vecChanges[i], p_bRecord);
+            noteSent(vecResults[i]);
         } else {
             vecResults[i].nValue = p_vecChanges[i].nValue;
         }
@@ -254,7 +260,6 @@ ParameterValue Channel::restore(u32 p_nKey, const Actor& p_stActor) {
             throw Refusal(Refusal::Kind::Conflict, "not-recorded",
                           apps::describeKey(p_nKey) + " is in no scheme: there is nothing to send again");
         }
-        noticeSwitch();
         const std::uint64_t nSince = transcriptEnd();
         walked(p_nKey, valueNow(p_nKey, 0));
         const int nResult = m_pController->restore(static_cast<int>(p_nKey));

@@ -6,6 +6,7 @@
 #include "apps/camerad/host/PlainText.h"
 #include "apps/camerad/host/SchemeRules.h"
 #include "apps/camerad/host/SensorKeys.h"
+#include "platform/Clock.h"
 
 #include <algorithm>
 
@@ -111,11 +112,12 @@ std::string Channel::switchTo(int p_nScheme) {
     return refusalSince(nSince);
 }
 
+// The controller may just be about to switch by itself. On a held clock that is over once all of its threads wait again;
+// on a running one it looks once a second for some microseconds.
 Channel::Stay Channel::leaveHome() {
     m_pController->setParamMode(0);
-    if (noticeSwitch()) {
-        commit({"camera", ""}, whyByItself());
-    }
+    platform::Clock::settle();
+    tellSwitch();
     return {m_stNow.nScheme, m_stNow.stSettings.bAutomatic};
 }
 
@@ -145,7 +147,7 @@ void Channel::visit(int p_nScheme, const std::function<void()>& p_fnWork) {
     }
     const std::string strBack = returnHome(stStay);
     if (refusal) {
-        throw *refusal;
+        throw Refusal(*refusal);
     }
     if (!strBack.empty()) {
         throw Refusal(Refusal::Kind::Refused, "camera-refused", "done, but " + strBack);
@@ -159,9 +161,6 @@ void Channel::setScheme(int p_nScheme, const Actor& p_stActor) {
         requireUserScheme(p_nScheme);
     }
     act([this, p_nScheme, p_stActor] {
-        if (noticeSwitch()) {
-            commit({"camera", ""}, whyByItself());
-        }
         const std::string strRefused = p_nScheme == m_stNow.nScheme ? "" : switchTo(p_nScheme);
         ChannelSettings settings = m_stNow.stSettings;
         settings.nScheme = p_nScheme;
@@ -183,7 +182,7 @@ void Channel::setScheme(int p_nScheme, const Actor& p_stActor) {
                               strRefused);
         }
         if (refusal) {
-            throw *refusal;
+            throw Refusal(*refusal);
         }
     });
 }
@@ -202,7 +201,7 @@ void Channel::setAutomatic(bool p_bAutomatic, const Actor& p_stActor) {
         }
         conclude(p_stActor);
         if (refusal) {
-            throw *refusal;
+            throw Refusal(*refusal);
         }
     });
 }
@@ -229,7 +228,7 @@ void Channel::setFollow(const std::string& p_strFollow, const Actor& p_stActor) 
         }
         conclude(p_stActor);
         if (refusal) {
-            throw *refusal;
+            throw Refusal(*refusal);
         }
     });
 }
@@ -267,7 +266,7 @@ void Channel::setWindow(int p_nScheme, const Window& p_stWindow, const Actor& p_
         }
         conclude(p_stActor);
         if (refusal) {
-            throw *refusal;
+            throw Refusal(*refusal);
         }
     });
 }

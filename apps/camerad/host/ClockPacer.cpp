@@ -128,7 +128,7 @@ void ClockPacer::set(bool p_bSimulated, const std::string& p_strTime, int p_nSpe
             m_condition.notify_all();
             Refusal refusal(Refusal::Kind::Busy, "busy", "the camera still works at what is due on its clock");
             refusal.retryAfter(1);
-            throw refusal;
+            throw Refusal(refusal);
         }
         if (!p_bSimulated) {
             platform::Clock::release();

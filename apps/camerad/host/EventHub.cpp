@@ -123,11 +123,11 @@ bool EventFilter::matches(const Event& p_stEvent) const {
 }
 
 struct EventHub::State {
-    explicit State(const Limits& p_stLimits) : m_stLimits(p_stLimits) {}
+    explicit State(const Limits& p_stLimits) : m_stLimits(p_stLimits), m_nLast(p_stLimits.nBefore) {}
 
     const Limits m_stLimits;
     std::mutex m_mutex;  // guards everything below but the counter
-    std::uint64_t m_nLast = 0;
+    std::uint64_t m_nLast;
     Queue m_objKept;
     std::vector<std::weak_ptr<Listener>> m_vecListeners;
     bool m_bClosed = false;

@@ -19,7 +19,7 @@
 namespace camerad {
 
 struct Event {
-    std::uint64_t nNumber = 0;  // from 1, without gaps
+    std::uint64_t nNumber = 0;  // without gaps
     std::string strType;        // parameter, scheme, schemes, ranges, driver, message, lens, ... (openapi.json)
     int nChannel = 0;           // from 1; 0: of no channel
     std::string strData;        // JSON, one line
@@ -38,6 +38,9 @@ public:
         std::size_t nQueue = 512;              // events waiting for one listener
         std::size_t nKept = 1024;              // events kept for those who come back
         std::size_t nBytes = 4 * 1024 * 1024;  // of the data of either
+        // Number of the event before the first. Where it is another one in each run, a listener of an earlier run is not
+        // taken for one who has heard the beginning of this one.
+        std::uint64_t nBefore = 0;
     };
 
     class Subscription {

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 
 namespace camerad {
 
@@ -18,6 +19,10 @@ namespace {
 
 constexpr int kVersion = 1;
 constexpr INT64 kLargest = 256 * 1024;  // bytes; four channels of 32 schemes have a few thousand
+
+constexpr int kMostChannels = 4;
+constexpr int kMostSchemes = 32;          // of a channel; the factory's own comes behind them
+constexpr std::size_t kLongestName = 40;  // characters of a scheme's name, as when it is set
 
 // Nothing when there is no such file. Throws std::runtime_error when it cannot be read.
 std::optional<std::string> contentOf(const char* p_szFile) {
@@ -51,16 +56,43 @@ nlohmann::json parsed(const std::string& p_strText) {
     return nlohmann::json::parse(p_strText, fnBounded);
 }
 
+// Throws std::runtime_error when the number is not between the two.
+int wholeNumber(const nlohmann::json& p_objValue, const char* p_szWhat, int p_nMin, int p_nMax) {
+    // A number without a sign may be larger than any signed one.
+    const double dValue = p_objValue.is_number_integer() ? p_objValue.get<double>() : p_nMin - 1.0;
+    if (dValue < p_nMin || dValue > p_nMax) {
+        throw std::runtime_error(std::string(p_szWhat) + " is no number from " + std::to_string(p_nMin) + " to " +
+                                 std::to_string(p_nMax));
+    }
+    return p_objValue.get<int>();
+}
+
+// The number that a member of an object has for its name.
+int numberOfName(const std::string& p_strName, const char* p_szWhat, int p_nMin, int p_nMax) {
+    constexpr std::size_t kMostDigits = 3;
+    const bool bDigits = !p_strName.empty() && p_strName.size() <= kMostDigits &&
+                         std::string::npos == p_strName.find_first_not_of("0123456789");
+    return wholeNumber(bDigits ? nlohmann::json(std::stoi(p_strName)) : nlohmann::json(), p_szWhat, p_nMin, p_nMax);
+}
+
+const nlohmann::json& objectAt(const nlohmann::json& p_objParent, const char* p_szName) {
+    const nlohmann::json& object = p_objParent.at(p_szName);
+    if (!object.is_object()) {
+        throw std::runtime_error(std::string("\"") + p_szName + "\" is no object");
+    }
+    return object;
+}
+
 ChannelSettings channelOf(const nlohmann::json& p_objChannel) {
     ChannelSettings settings;
     settings.bAutomatic = p_objChannel.at("automatic").get<bool>();
-    settings.nScheme = p_objChannel.at("scheme").get<int>();
-    for (const auto& [strScheme, name] : p_objChannel.at("names").items()) {
+    settings.nScheme = wholeNumber(p_objChannel.at("scheme"), "a scheme", 0, kMostSchemes);
+    for (const auto& [strScheme, name] : objectAt(p_objChannel, "names").items()) {
         const std::string strName = name.get<std::string>();
-        if (!isPlainText(strName)) {
-            throw std::runtime_error("a name of a scheme has control characters");
+        if (strName.empty() || !isPlainText(strName) || charactersOf(strName) > kLongestName) {
+            throw std::runtime_error("a name of a scheme is empty, too long or has control characters");
         }
-        settings.mapNames[std::stoi(strScheme)] = strName;
+        settings.mapNames[numberOfName(strScheme, "a scheme with a name", 0, kMostSchemes)] = strName;
     }
     return settings;
 }
@@ -72,11 +104,11 @@ std::map<int, ChannelSettings> read() {
         return mapChannels;
     }
     const nlohmann::json settings = parsed(*content);
-    if (kVersion != settings.at("version").get<int>()) {
+    if (settings.at("version") != kVersion) {
         throw std::runtime_error("it is of another version");
     }
-    for (const auto& [strChannel, channel] : settings.at("channels").items()) {
-        mapChannels[std::stoi(strChannel)] = channelOf(channel);
+    for (const auto& [strChannel, channel] : objectAt(settings, "channels").items()) {
+        mapChannels[numberOfName(strChannel, "a channel", 1, kMostChannels)] = channelOf(channel);
     }
     return mapChannels;
 }

@@ -20,6 +20,7 @@ constexpr std::size_t kDeepest = 256;              // levels; what the library t
 constexpr std::size_t kLargest = 4 * 1024 * 1024;  // bytes; real documents have some ten thousand
 constexpr std::size_t kPadding = 16;               // zero bytes behind the text: more than one character can announce
 constexpr std::size_t kLongestText = 4096;         // bytes of a label or a word
+constexpr std::size_t kMostParameters = 1000;      // real documents have about a hundred; each set looks at all of them
 
 // Attributes that have a member of their own, or that are for the reader of the document only.
 const char* const kOwnWords[] = {"id",  "name", "label", "type",    "unit",   "value",
@@ -97,6 +98,14 @@ void collect(const TiXmlElement& p_objElement, StyleTab& p_stTab, bool p_bInPara
 
 [[noreturn]] void refuse(const std::string& p_strWhy) {
     throw Refusal(Refusal::Kind::Failed, "style-document", "the style document of the channel " + p_strWhy);
+}
+
+std::size_t parametersOf(const StyleTab& p_stTab) {
+    std::size_t count = 0;
+    for (const StyleGroup& group : p_stTab.vecGroups) {
+        count += group.vecItems.size();
+    }
+    return count;
 }
 
 std::string listed(const std::vector<StyleChoice>& p_vecChoices) {
@@ -188,12 +197,17 @@ Style parseStyleDocument(const std::string& p_strXml) {
         refuse(std::string("cannot be read: ") + document.ErrorDesc());
     }
     Style style;
+    std::size_t parameters = 0;
     for (const TiXmlElement* tab = root->FirstChildElement(); nullptr != tab; tab = tab->NextSiblingElement()) {
         StyleTab parsed{textOf(*tab, "key"), textOf(*tab, "label"), {}};
         if (nullptr != tab->Attribute("id")) {
             parsed.vecGroups.push_back({"", "", {itemOf(*tab, parsed.strKey)}});
         }
         collect(*tab, parsed, false);
+        parameters += parametersOf(parsed);
+        if (parameters > kMostParameters) {
+            refuse("holds more than " + std::to_string(kMostParameters) + " parameters");
+        }
         std::vector<StyleGroup>& vecGroups = parsed.vecGroups;
         vecGroups.erase(std::remove_if(vecGroups.begin(), vecGroups.end(),
                                        [](const StyleGroup& p_stGroup) { return p_stGroup.vecItems.empty(); }),

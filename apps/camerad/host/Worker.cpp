@@ -15,6 +15,7 @@ struct Worker::Ticket::Job {
     std::function<void()> m_fnWork;
     std::string m_strOperation;  // empty for an ordinary job
     bool m_bKeep = false;
+    bool m_bEndsKept = false;  // what was kept for it cannot go on without it
     State m_eState = State::Waiting;
     std::optional<Refusal> m_refusal;  // moved out by whoever waits for the job
 };
@@ -32,7 +33,7 @@ Worker::~Worker() {
 void Worker::refuseBusy(const std::string& p_strWhy, int p_nSeconds) const {
     Refusal refusal(Refusal::Kind::Busy, "busy", m_stSettings.strName + " " + p_strWhy);
     refusal.retryAfter(p_nSeconds);
-    throw refusal;
+    throw Refusal(refusal);
 }
 
 std::shared_ptr<Worker::Job> Worker::enqueue(std::function<void()> p_fnJob, const std::string& p_strOperation,
@@ -56,6 +57,7 @@ std::shared_ptr<Worker::Job> Worker::enqueue(std::function<void()> p_fnJob, cons
                 kTryAgainSoon);
         }
         if (!p_strOperation.empty()) {
+            pJob->m_bEndsKept = bAmong;
             m_strOperation = p_strOperation;
             m_bKept = false;
             m_bToBeKept = p_bKeep;
@@ -112,11 +114,11 @@ void Worker::Ticket::wait(Clock::time_point p_tUntil) {
         if (m_pJob->m_refusal) {
             const Refusal refusal = std::move(*m_pJob->m_refusal);
             m_pJob->m_refusal.reset();
-            throw refusal;
+            throw Refusal(refusal);
         }
         return;
     }
-    if (Job::State::Running == m_pJob->m_eState) {
+    if (Job::State::Running == m_pJob->m_eState || m_pJob->m_bEndsKept) {
         worker.refuseBusy(
             "has begun and takes longer than usual; it goes on, so look again in a moment what came of it",
             kTryAgainLater);
