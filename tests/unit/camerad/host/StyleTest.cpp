@@ -113,6 +113,21 @@ TEST(Style, OfAnythingElseIsRefused) {
     }
 }
 
+// Each set looks at all of them, so that many would make a camera slow.
+TEST(Style, HasOneThousandParametersAtMost) {
+    const auto documentOf = [](int p_nParameters) {
+        std::string text = "<s><tab key=\"one\"><param id=\"1\" value=\"0\"/></tab><tab key=\"others\">";
+        for (int i = 2; i <= p_nParameters; ++i) {
+            text += "<param id=\"" + std::to_string(i) + "\" value=\"0\"/>";
+        }
+        return text + "</tab></s>";
+    };
+    EXPECT_EQ(1000u, parseStyleDocument(documentOf(1000)).recordedKeys().size());
+    const camerad::Refusal refusal = refusalOf([&] { parseStyleDocument(documentOf(1001)); });
+    EXPECT_EQ("style-document", refusal.type());
+    EXPECT_THAT(refusal.what(), HasSubstr("more than 1000 parameters"));
+}
+
 TEST(Style, TakesTextsThatAreNoUtf8AndLargeNumbers) {
     const Style style =
         parseStyleDocument("<s><tab key=\"\xFF\"><param id=\"4294967295999\" label=\"\x80\" value=\"x\"/></tab></s>");
