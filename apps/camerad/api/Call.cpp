@@ -116,9 +116,14 @@ void addRoute(Router& p_objRouter, const std::string& p_strMethod, const std::st
     route.strMethod = p_strMethod;
     route.strPattern = p_strPattern;
     route.eAccess = p_eAccess;
-    route.nBodyLimit = p_nBodyLimit;
-    route.fnHandler = [handler = std::move(p_fnHandler)](const HttpRequest& p_stRequest) {
+    // Many clients send {} where there is nothing to say.
+    const bool empty = kNoBody == p_nBodyLimit && "POST" == p_strMethod;
+    route.nBodyLimit = empty ? kSmallBody : p_nBodyLimit;
+    route.fnHandler = [empty, handler = std::move(p_fnHandler)](const HttpRequest& p_stRequest) {
         try {
+            if (empty && !p_stRequest.strBody.empty()) {
+                BodyReader(p_stRequest).finish();
+            }
             return handler(p_stRequest);
         } catch (const ProblemAnswer& problem) {
             return problem.response();

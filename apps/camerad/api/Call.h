@@ -32,7 +32,7 @@ std::int64_t numberOf(const std::string& p_strText, const std::string& p_strWhat
 // 422 when the query has other names than these.
 void knownQuery(const HttpRequest& p_stRequest, const std::vector<std::string>& p_vecNames);
 
-// Adds one route; its handler may also throw ProblemAnswer.
+// Adds one route; its handler may also throw ProblemAnswer. A POST with kNoBody takes no body or an empty object.
 void addRoute(Router& p_objRouter, const std::string& p_strMethod, const std::string& p_strPattern, Access p_eAccess,
               std::size_t p_nBodyLimit, HttpHandler p_fnHandler);
 

@@ -98,8 +98,9 @@ private:
         }
         parameters(p_objOperation);
         if (p_objOperation.contains("requestBody")) {
-            m_strText += "<h4>Body</h4>";
-            contentOf(p_objOperation.at("requestBody"));
+            const json& body = resolved(p_objOperation.at("requestBody"));
+            m_strText += body.value("required", false) ? "<h4>Body</h4>" : "<h4>Body, optional</h4>";
+            contentOf(body);
         }
         m_strText += "<h4>Answers</h4><dl>\n";
         for (const auto& answer : p_objOperation.at("responses").items()) {

@@ -363,8 +363,10 @@ void FieldReader::refuseUnknown() {
     for (const auto& item : m_pValue->items()) {
         if (m_vecKnown.end() == std::find(m_vecKnown.begin(), m_vecKnown.end(), item.key())) {
             const std::string nearest = apps::didYouMean(apps::nearestMatch(item.key(), m_vecKnown));
-            wrong(item.key(), "There is no field " + quotedText(item.key()) + " here" +
-                                  (nearest.empty() ? "; there are " + listed(m_vecKnown) + "." : nearest));
+            const std::string known =
+                m_vecKnown.empty() ? "; it takes none." : "; there are " + listed(m_vecKnown) + ".";
+            wrong(item.key(),
+                  "There is no field " + quotedText(item.key()) + " here" + (nearest.empty() ? known : nearest));
         }
     }
 }

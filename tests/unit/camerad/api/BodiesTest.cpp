@@ -15,7 +15,8 @@ using testing::IsEmpty;
 struct Row {
     std::string strMethod;
     std::string strTarget;  // with the examples of its parameters
-    json objBody;           // null for a route without one
+    json objBody;           // null for a route that needs none
+    bool bEmpty = false;    // it takes an empty one
 
     friend void PrintTo(const Row& p_stRow, std::ostream* p_pStream) {
         *p_pStream << p_stRow.strMethod << " " << p_stRow.strTarget;
@@ -26,7 +27,7 @@ std::vector<Row> allRows() {
     std::vector<Row> vecRows;
     for (const auto& path : description().at("paths").items()) {
         for (const auto& operation : path.value().items()) {
-            Row row{operation.key(), path.key(), {}};
+            Row row{operation.key(), path.key(), {}, false};
             for (char& letter : row.strMethod) {
                 letter = static_cast<char>(letter - 'a' + 'A');
             }
@@ -41,7 +42,9 @@ std::vector<Row> allRows() {
                 }
             }
             if (operation.value().contains("requestBody")) {
-                row.objBody = operation.value().at("requestBody").at("content").at("application/json").at("example");
+                const json& body = resolved(operation.value().at("requestBody"));
+                row.bEmpty = !body.at("required").get<bool>();
+                row.objBody = row.bEmpty ? json() : body.at("content").at("application/json").at("example");
             }
             vecRows.push_back(row);
         }
@@ -53,6 +56,16 @@ std::vector<Row> rowsWithBody() {
     std::vector<Row> vecRows;
     for (const Row& row : allRows()) {
         if (!row.objBody.is_null()) {
+            vecRows.push_back(row);
+        }
+    }
+    return vecRows;
+}
+
+std::vector<Row> rowsWithNothingToSay() {
+    std::vector<Row> vecRows;
+    for (const Row& row : allRows()) {
+        if ("POST" == row.strMethod && row.objBody.is_null()) {
             vecRows.push_back(row);
         }
     }
@@ -187,6 +200,31 @@ std::string nameOf(const testing::TestParamInfo<Row>& p_stInfo) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, Body, testing::ValuesIn(rowsWithBody()), nameOf);
+
+class NothingToSay : public Body {};
+
+TEST_P(NothingToSay, TakesNoBodyOrAnEmptyObject) {
+    EXPECT_TRUE(GetParam().bEmpty);
+    for (const char* body : {"", "{}", " { }\r\n"}) {
+        const HttpResponse response = m_objCamera.call(GetParam().strMethod, GetParam().strTarget, body);
+        EXPECT_LT(response.nStatus, 300) << body << response.strBody;
+        EXPECT_THAT(m_objCamera.calls(), testing::Not(IsEmpty())) << body;
+    }
+}
+
+TEST_P(NothingToSay, RefusesEverythingElse) {
+    for (const char* body : {"{\"a\":1}", "{\"confirm\":\"factory\"}", "[]", "null", "\"\""}) {
+        expectRefused(body, 422);
+    }
+    for (const char* body : {" ", "{", "{}{}", "x"}) {
+        expectRefused(body, 400);
+    }
+    EXPECT_EQ(m_objCamera.call("POST", GetParam().strTarget, "{}", {{"content-type", "text/plain"}}).nStatus, 415);
+    EXPECT_THAT(m_objCamera.call("POST", GetParam().strTarget, "{\"a\":1}").strBody, HasSubstr("it takes none"));
+    EXPECT_THAT(m_objCamera.calls(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, NothingToSay, testing::ValuesIn(rowsWithNothingToSay()), nameOf);
 
 class ChannelRoute : public testing::TestWithParam<Row> {
 protected:

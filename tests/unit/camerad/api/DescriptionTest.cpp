@@ -80,7 +80,7 @@ TEST(Description, EveryReferenceLeadsSomewhereAndEverySchemaIsUsed) {
         EXPECT_TRUE(description().contains(json::json_pointer(reference.get<std::string>().substr(1)))) << reference;
         setUsed.insert(reference.get<std::string>());
     }
-    for (const char* kind : {"schemas", "responses", "parameters"}) {
+    for (const char* kind : {"schemas", "responses", "requestBodies", "parameters"}) {
         for (const auto& part : description().at("components").at(kind).items()) {
             const std::string place = std::string("#/components/") + kind + "/" + part.key();
             // The shapes of the events are for the reader of a stream, which has no schema of its own.
@@ -144,7 +144,7 @@ TEST(Description, ExamplesFitTheirSchemas) {
         }
     };
     forEachOperation([&](const std::string& p_strMethod, const std::string& p_strPath, const json& p_objOperation) {
-        check(p_strMethod + " " + p_strPath + " body", p_objOperation.value("requestBody", json::object()));
+        check(p_strMethod + " " + p_strPath + " body", resolved(p_objOperation.value("requestBody", json::object())));
         for (const auto& answer : p_objOperation.at("responses").items()) {
             check(p_strMethod + " " + p_strPath + " " + answer.key(), resolved(answer.value()));
         }
