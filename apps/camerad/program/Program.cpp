@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <random>
 
 namespace camerad {
 
@@ -88,6 +89,14 @@ std::vector<std::string> namesOf(const ProgramOptions& p_stOptions) {
     return names;
 }
 
+// Of 40 bits, so that counting on from there stays a number of JSON.
+std::uint64_t anyNumber() {
+    constexpr unsigned kHighBits = 8;
+    constexpr unsigned kWord = 32;
+    std::random_device random;
+    return (static_cast<std::uint64_t>(random()) << kHighBits) ^ (random() >> (kWord - kHighBits));
+}
+
 int serve(const ProgramOptions& p_stOptions) {
     const Signals signals;
     LibraryMessages messages;
@@ -112,7 +121,9 @@ int serve(const ProgramOptions& p_stOptions) {
     }
 
     simcam::Camera camera({simcam::kMaxChannels, kTranscriptLimit});
-    EventHub events;
+    EventHub::Limits eventLimits;
+    eventLimits.nBefore = anyNumber();
+    EventHub events(eventLimits);
     const std::unique_ptr<CameraHost> host = CameraHost::start(camera, events, {});
     const MessagesToHost messagesToHost(messages, *host);
     std::map<int, std::unique_ptr<PictureFeed>> feeds;

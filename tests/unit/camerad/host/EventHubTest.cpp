@@ -72,6 +72,20 @@ TEST(EventHub, WhoComesBackTooLateOrFromElsewhereAsksAnew) {
     EXPECT_THAT(typesOf(*hub.subscribe({0, {"none"}}, 99)), ElementsAre("resync"));
 }
 
+TEST(EventHub, WhoComesFromAnEarlierRunAsksAnew) {
+    EventHub earlier(EventHub::Limits{8, 8, 1024, 700});
+    EventHub hub(EventHub::Limits{8, 8, 1024, 1000});
+    for (int i = 0; i < 4; ++i) {
+        earlier.publish("a", 0, {});
+        hub.publish("a", 0, {});
+    }
+    EXPECT_EQ(704u, earlier.lastNumber());
+    EXPECT_EQ(1001u, hub.subscribe({}, 1000)->wait(std::chrono::milliseconds(0)).at(0)->nNumber);
+    EXPECT_THAT(typesOf(*hub.subscribe({}, earlier.lastNumber())), ElementsAre("resync"));
+    EXPECT_THAT(typesOf(*hub.subscribe({}, 1)), ElementsAre("resync"));
+    EXPECT_THAT(typesOf(*earlier.subscribe({}, hub.lastNumber())), ElementsAre("resync"));
+}
+
 TEST(EventHub, MoreMissedThanAQueueHoldsIsAResync) {
     EventHub hub(EventHub::Limits{2, 10, 1024});
     for (int i = 0; i < 6; ++i) {

@@ -138,6 +138,21 @@ TEST_F(WorkerTest, AnOperationThatIsKeptEndsWithTheNextOfItsName) {
     EXPECT_EQ("", worker.operation());
 }
 
+TEST_F(WorkerTest, WhatEndsAKeptOperationIsDoneHoweverLongThatTakes) {
+    std::promise<void> release;
+    std::shared_future<void> free = release.get_future().share();
+    Worker::Ticket down = worker.post(
+        "start", [free] { free.wait(); }, true);
+    std::atomic<bool> up{false};
+    Worker::Ticket ticket = worker.post("start", [&up] { up = true; });
+    EXPECT_EQ(Refusal::Kind::Busy, refusalOf([&] { ticket.wait(in(20)); }).kind());
+    EXPECT_EQ("start", worker.operation());
+    release.set_value();
+    ticket.wait(in(30000));
+    EXPECT_TRUE(up);
+    EXPECT_EQ("", worker.operation());
+}
+
 TEST_F(WorkerTest, LooksBetweenJobs) {
     EXPECT_TRUE(eventually([&] { return looks > 3; }));
 }
