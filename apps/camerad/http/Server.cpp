@@ -149,7 +149,11 @@ std::string tooManyAnswer() {
 class SocketServer : public Server {
 public:
     SocketServer(const ServerSettings& p_stSettings, const Router& p_objRouter, AccessControl& p_objAccess)
-        : m_stShared(p_stSettings, p_objRouter, p_objAccess, tlsOf(p_stSettings)) {}
+        : m_stShared(p_stSettings, p_objRouter, p_objAccess, tlsOf(p_stSettings)) {
+        // The accepting thread goes on when there is no memory left.
+        m_vecRefused.reserve(kMostRefused);
+        m_vecWanted.reserve(kMostRefused + 2);
+    }
 
     ~SocketServer() override { SocketServer::stop(); }
 
@@ -197,7 +201,9 @@ private:
     pthread_t m_acceptor{};
     bool m_bRunning = false;
 
-    std::vector<Refused> m_vecRefused;  // of the accepting thread
+    // Of the accepting thread.
+    std::vector<Refused> m_vecRefused;
+    std::vector<pollfd> m_vecWanted;  // what it waits for
 
     // Guards what follows.
     mutable std::mutex m_mutex;
@@ -292,12 +298,12 @@ void* SocketServer::acceptOn(void* p_pServer) {
 void SocketServer::acceptLoop() {
     bool breathe = false;
     while (!m_stShared.bStopping) {
-        std::vector<pollfd> wanted{{m_nWake, POLLIN, 0}, {breathe ? -1 : m_nListener, POLLIN, 0}};
+        m_vecWanted.assign({{m_nWake, POLLIN, 0}, {breathe ? -1 : m_nListener, POLLIN, 0}});
         for (const Refused& refused : m_vecRefused) {
-            wanted.push_back({refused.nSocket, POLLIN, 0});
+            m_vecWanted.push_back({refused.nSocket, POLLIN, 0});
         }
         const int time = breathe || !m_vecRefused.empty() ? static_cast<int>(kBreath.count()) : -1;
-        poll(wanted.data(), static_cast<nfds_t>(wanted.size()), time);
+        poll(m_vecWanted.data(), static_cast<nfds_t>(m_vecWanted.size()), time);
         std::uint64_t count = 0;
         while (read(m_nWake, &count, sizeof(count)) > 0) {
         }
@@ -323,11 +329,10 @@ bool SocketServer::acceptOne() {
     setNumber(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
     setNumber(descriptor, IPPROTO_TCP, TCP_USER_TIMEOUT, static_cast<int>(kPeerTime));
     setNumber(descriptor, SOL_SOCKET, SO_SNDBUF, kSendBuffer);
-    const Address remote = addressOf(address);
     try {
-        take(descriptor, remote);
+        take(descriptor, addressOf(address));
     } catch (const std::exception& error) {
-        m_stShared.log("a connection could not be taken: " + std::string(error.what()));
+        m_stShared.logFailure("a connection could not be taken: ", error);
         refuse(descriptor);
     }
     return true;
@@ -347,13 +352,16 @@ void SocketServer::take(int p_nSocket, const Address& p_stRemote) {
         refuse(p_nSocket);
         return;
     }
-    m_listPlaces.push_back(std::make_unique<Place>());
-    Place& place = *m_listPlaces.back();
+    // Nothing has changed when memory runs out on the way.
+    std::list<std::unique_ptr<Place>> fresh;
+    fresh.push_back(std::make_unique<Place>());
+    Place& place = *fresh.back();
     place.pServer = this;
     place.nSocket = p_nSocket;
     place.stRemote = p_stRemote;
     ++m_mapOpen[p_stRemote.strClient];
     ++m_nOpen;
+    m_listPlaces.splice(m_listPlaces.end(), fresh);
     if (!startThread(place.thread, kStack, serveOn, &place)) {
         leave(p_stRemote);
         m_listPlaces.pop_back();
@@ -409,7 +417,7 @@ void SocketServer::serve(Place& p_stPlace) {
                               localAddress(p_stPlace.nSocket).strText);
         connection.run();
     } catch (const std::exception& error) {
-        m_stShared.log("a connection ended early: " + std::string(error.what()));
+        m_stShared.logFailure("a connection ended early: ", error);
     }
     const std::lock_guard<std::mutex> guard(m_mutex);
     leave(p_stPlace.stRemote);

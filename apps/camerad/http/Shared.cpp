@@ -16,6 +16,14 @@ void Shared::log(const std::string& p_strLine) const {
     }
 }
 
+void Shared::logFailure(const char* p_szWhat, const std::exception& p_objError) const noexcept {
+    try {
+        log(std::string(p_szWhat) + p_objError.what());
+    } catch (const std::exception&) {
+        return;  // there is no memory for as much as a line
+    }
+}
+
 void Shared::count(const std::string& p_strRoute, int p_nStatus, double p_dSeconds) {
     const std::lock_guard<std::mutex> guard(m_mutex);
     ServerCounters::Requests& requests = m_mapRequests[{p_strRoute, p_nStatus}];

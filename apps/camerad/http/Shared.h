@@ -7,6 +7,7 @@
 #include "apps/camerad/http/Server.h"
 
 #include <atomic>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -30,6 +31,8 @@ struct Shared {
 
     // For what no client may learn. Falls back to standard error.
     void log(const std::string& p_strLine) const;
+    // For where nothing may be thrown any more: when not even the log can be written, the failure stays unsaid.
+    void logFailure(const char* p_szWhat, const std::exception& p_objError) const noexcept;
     void count(const std::string& p_strRoute, int p_nStatus, double p_dSeconds);
     std::map<std::pair<std::string, int>, ServerCounters::Requests> requests() const;
     // False when there are as many streams as there may be.

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <new>
 #include <stdexcept>
 #include <thread>
 
@@ -129,6 +131,26 @@ TEST(HttpStream, OneThatFailsEndsWithoutItsEnd) {
     EXPECT_TRUE(eventually([&server] { return !server.log().empty(); }));
     EXPECT_THAT(server.log().front(), HasSubstr("the camera is gone"));
     EXPECT_TRUE(eventually([&server] { return 0U == server.counters().nStreams; }));
+}
+
+// As when there is no memory left for as much as a line.
+TEST(HttpStream, OneWhoseFailureCannotBeLoggedEndsAlone) {
+    FakeAccess access;
+    camerad::Router router;
+    withStream([](HttpSink& p_objSink) {
+        p_objSink.write("one");
+        throw std::bad_alloc();
+    })(router);
+    ServerSettings settings;
+    settings.fnLog = [](const std::string&) { throw std::bad_alloc(); };
+    const std::unique_ptr<camerad::Server> server = camerad::Server::create(settings, router, access);
+    server->start();
+    for (int i = 0; i < 2; ++i) {
+        RawClient client(server->port());
+        client.send(getRequest("/stream"));
+        EXPECT_THAT(client.readToEnd(), HasSubstr("one"));
+    }
+    EXPECT_TRUE(eventually([&server] { return 0U == server->counters().nConnections; }));
 }
 
 TEST(HttpStream, IsCountedWhereItBegins) {
