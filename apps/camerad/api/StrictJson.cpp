@@ -298,6 +298,10 @@ std::optional<u32> FieldReader::key(const std::string& p_strName) {
         const std::optional<int> number = integer(p_strName, 0, INT32_MAX);
         return number ? std::optional<u32>(static_cast<u32>(*number)) : std::nullopt;
     }
+    // A name that is wrong is compared with every known one, which nobody gets to hear when enough is wrong already.
+    if (m_pErrors->size() >= kMostErrors) {
+        return std::nullopt;
+    }
     try {
         return keyOfText(value->get_ref<const std::string&>());
     } catch (const Refusal& refusal) {

@@ -182,6 +182,22 @@ TEST(FieldReader, AllThatIsWrongIsToldTogetherUpToABound) {
     EXPECT_EQ(fields.pointers().front(), "/name");
 }
 
+// A list of long names that are none would keep a thread busy for seconds.
+TEST(FieldReader, NamesAreNotLookedUpOnceEnoughIsWrong) {
+    std::string text = "{\"good\":\"brightness\"";
+    for (int i = 0; i < 20; ++i) {
+        text += ",\"x" + std::to_string(i) + "\":\"brightnes\"";
+    }
+    Fields fields(text + "}");
+    FieldReader reader = fields.reader();
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(reader.key("good"), 34U) << i;
+        EXPECT_EQ(reader.key("x" + std::to_string(i)), std::nullopt) << i;
+    }
+    EXPECT_EQ(fields.vecErrors.size(), 20U);
+    EXPECT_EQ(reader.key("good"), std::nullopt);
+}
+
 TEST(FieldReader, ItemsOfAListHaveTheirPlace) {
     Fields fields(R"({"list":[{"a":1},7,{"a":"x"}]})");
     FieldReader reader = fields.reader();
