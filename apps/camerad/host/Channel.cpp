@@ -420,6 +420,7 @@ void Channel::readValues() {
         int nAfter = -1;
         m_pController->getParamScheme(nBefore);
         if (nBefore != m_stNow.nScheme) {
+            m_bByItself = true;
             entered(m_stNow.nScheme, nBefore);
         }
         Scheme* const pScheme = currentScheme();
@@ -496,13 +497,12 @@ void Channel::entered(int p_nFrom, int p_nTo) {
 
 // --- Telling ---
 
-// When the camera has switched meanwhile, and nobody else, what is seen now is the camera's doing.
+// When the camera has switched meanwhile, what is seen now is its doing.
 void Channel::conclude(const Actor& p_stActor, const std::string& p_strWhy) {
-    const int nScheme = m_stNow.nScheme;
     readValues();
     readRanges();
     readNight();
-    if (nScheme != m_stNow.nScheme && nScheme == shown().nScheme) {
+    if (m_bByItself) {
         commit({"camera", ""}, whyByItself());
     } else {
         commit(p_stActor, p_strWhy);
@@ -537,6 +537,7 @@ ParameterValues Channel::values() {
 }
 
 void Channel::commit(const Actor& p_stActor, const std::string& p_strWhy, bool p_bTellScheme) {
+    m_bByItself = false;
     const Known before = shown();
     const auto fnCurrent = [](const Known& p_stKnown) -> const Scheme* {
         const bool bThere =

@@ -148,7 +148,7 @@ private:
     void look();
     void lookAtLens();
     bool noticeSwitch();  // true when the camera has switched by itself
-    void tellSwitch();    // notices it and tells
+    void tellSwitch();    // notices it, and stored files that are others now, and tells
     std::string whyByItself() const;
     void readValues();
     void readStored(int p_nScheme);
@@ -210,6 +210,7 @@ private:
     Known m_stNow;
     std::vector<int> m_vecRangeMark;  // of the ranges as they were last read
     bool m_bLensMoved = false;
+    bool m_bByItself = false;  // the camera has switched by itself, which has not been told yet
 
     std::atomic<bool> m_bStoredAnew{false};  // the stored files are others than those that were read
 

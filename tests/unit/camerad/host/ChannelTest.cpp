@@ -139,6 +139,19 @@ TEST_F(ChannelTest, AValueThatIsSentAndNotRecordedStaysWithTheDriver) {
     EXPECT_EQ(50, rig.driver(34));
 }
 
+TEST_F(ChannelTest, WhatNoSchemeHoldsIsToldToo) {
+    const auto listener = rig.listen({1, {"parameter"}});
+    const std::uint64_t nBefore = rig.channel().revision();
+    EXPECT_FALSE(rig.set(2497, 25).refusal);
+    const nlohmann::json event = listener->await("parameter");
+    EXPECT_EQ(R"([{"key":2497,"value":25,"unsaved":false}])"_json, event["changes"]);
+    EXPECT_EQ("anna", event["by"]);
+    EXPECT_LT(nBefore, event["revision"].get<std::uint64_t>());
+    EXPECT_FALSE(rig.set(1539, 1).refusal) << "a button, which has no value to be told";
+    EXPECT_FALSE(rig.set(2497, 30).refusal);
+    EXPECT_EQ(2497, listener->await("parameter")["changes"][0]["key"]);
+}
+
 TEST_F(ChannelTest, KeysOfTheScheduleAreOnlyRecorded) {
     EXPECT_EQ(Refusal::Kind::BadValue, rig.channel().change({{8001, 3}}, false, kAnna).at(0).refusal.value().kind());
 }
@@ -306,6 +319,42 @@ TEST_F(ChannelTest, TheCameraSwitchesByTheSchedule) {
     EXPECT_EQ(R"({"channel":1,"from":0,"to":1,"why":"schedule","by":"camera","origin":""})"_json, event);
     EXPECT_EQ(1, rig.channel().schemes().nCurrent);
     EXPECT_EQ(1u, rig.host().counters().mapSwitches["schedule"]);
+}
+
+TEST(ChannelOfASleepyHostTest, WhatTheCameraDidBeforeSomebodyCameIsNotLaidAtHisDoor) {
+    Rig rig;
+    rig.settings().nLookMilliseconds = 3600000;  // it never looks by itself
+    rig.start();
+    rig.channel().setWindow(0, {0, 0, 12, 30}, kAnna);
+    rig.channel().setWindow(1, {12, 30, 24, 0}, kAnna);
+    rig.channel().setFollow("schedule", kAnna);
+    rig.channel().setAutomatic(true, kAnna);
+    const auto listener = rig.listen({1, {"scheme"}});
+    platform::Clock::hold({2024, 5, 1, 12, 29, 58});
+    platform::Clock::advance(5000000);
+    EXPECT_EQ(0, rig.channel().schemes().nCurrent) << "nobody has looked";
+    rig.channel().lensAction("zoom-in", kAnna);
+    const nlohmann::json event = listener->await("scheme");
+    EXPECT_EQ("camera", event["by"]);
+    EXPECT_EQ("schedule", event["why"]);
+    EXPECT_EQ(1, rig.channel().schemes().nCurrent);
+}
+
+TEST(ChannelOfASleepyHostTest, WhatTheCameraDoesMeanwhileIsNotLaidAtHisDoorEither) {
+    Rig rig;
+    rig.settings().nLookMilliseconds = 3600000;
+    rig.start();
+    rig.channel().setFollow("day-night", kAnna);
+    rig.channel().setAutomatic(true, kAnna);
+    const auto listener = rig.listen({1, {"scheme"}});
+    // The driver call takes five seconds of the held clock, in which the camera sees that it is night.
+    rig.host().changeScene({{"light", {{"kind", "fixed"}, {"lux", 0.1}}}}, kAnna);
+    rig.host().addFault("cmd=34 opt=set delay=10000000 times=1", kAnna);
+    rig.set(34, 60);
+    const nlohmann::json event = listener->await("scheme");
+    EXPECT_EQ("camera", event["by"]);
+    EXPECT_EQ("day-night", event["why"]);
+    EXPECT_EQ(1, rig.channel().schemes().nCurrent);
 }
 
 TEST_F(ChannelTest, TheCameraSwitchesByDayAndNight) {
