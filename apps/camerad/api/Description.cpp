@@ -5,6 +5,14 @@
 
 namespace camerad {
 
+namespace {
+
+// What the page needs, which is a style, and nothing else.
+const char kPolicy[] =
+    "default-src 'none'; style-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+}  // namespace
+
 void addDescriptionRoutes(Router& p_objRouter, Api&) {
     addRoute(p_objRouter, "GET", "/api/v1/openapi.json", Access::Viewer, kNoBody, [](const HttpRequest&) {
         HttpResponse response;
@@ -16,6 +24,7 @@ void addDescriptionRoutes(Router& p_objRouter, Api&) {
                  HttpResponse response;
                  response.strType = "text/html; charset=utf-8";
                  response.strBody = page;
+                 response.vecHeaders = {{"Content-Security-Policy", kPolicy}};
                  return response;
              });
     addRoute(p_objRouter, "GET", "/api/description.css", Access::Viewer, kNoBody, [](const HttpRequest&) {

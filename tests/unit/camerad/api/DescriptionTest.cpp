@@ -199,6 +199,8 @@ TEST(DescriptionPage, NeedsNothingButItsOwnStyle) {
         EXPECT_THAT(page, Not(HasSubstr(unwanted)));
     }
     EXPECT_THAT(page, HasSubstr("href=\"/api/description.css\""));
+    EXPECT_THAT(camera.call("GET", "/api").vecHeaders,
+                ElementsAre(testing::Pair("Content-Security-Policy", HasSubstr("style-src 'self'"))));
     EXPECT_THAT(camera.call("GET", "/api/description.css").strBody, Not(HasSubstr("url(")));
 }
 
