@@ -106,7 +106,9 @@ int serve(const ProgramOptions& p_stOptions) {
     const std::unique_ptr<AccessControl> access = AccessControl::open(accessSettings);
     // At once: when something else fails later, nobody could ever learn it.
     if (const std::optional<std::string> password = access->firstPassword()) {
-        messages.say("camerad: first start: sign in as admin with the password " + *password + "\n");
+        if (!messages.say("camerad: first start: sign in as admin with the password " + *password + "\n")) {
+            log("the first password could not be written to standard output; set one with --set-password admin");
+        }
     }
     ServerSettings settings;
     settings.strAddress = p_stOptions.strAddress;

@@ -49,7 +49,8 @@ CameraTree::CameraTree() {
 
 CameraProcess::CameraProcess(const TestRoot& p_objRoot, std::vector<std::string> p_vecArguments,
                              const std::string& p_strInput,
-                             const std::vector<std::pair<std::string, std::string>>& p_vecEnvironment) {
+                             const std::vector<std::pair<std::string, std::string>>& p_vecEnvironment,
+                             const char* p_szOutput) {
     int input[2];
     int output[2];
     std::string errors = "errors-XXXXXX";
@@ -67,7 +68,7 @@ CameraProcess::CameraProcess(const TestRoot& p_objRoot, std::vector<std::string>
     m_nChild = fork();
     if (0 == m_nChild) {
         dup2(input[0], STDIN_FILENO);
-        dup2(output[1], STDOUT_FILENO);
+        dup2(nullptr == p_szOutput ? output[1] : open(p_szOutput, O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
         dup2(m_nErrors, STDERR_FILENO);
         unsetenv("CAMERA_ROOT");
         unsetenv("NOTIFY_SOCKET");

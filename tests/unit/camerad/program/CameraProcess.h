@@ -19,10 +19,12 @@ public:
 
 class CameraProcess {
 public:
-    // Starts the program with --root and these arguments. With a password on standard input when there is one.
+    // Starts the program with --root and these arguments. With a password on standard input when there is one. Its
+    // standard output goes to p_szOutput when that names a file; nothing of it can be read then.
     explicit CameraProcess(const TestRoot& p_objRoot, std::vector<std::string> p_vecArguments = {},
                            const std::string& p_strInput = "",
-                           const std::vector<std::pair<std::string, std::string>>& p_vecEnvironment = {});
+                           const std::vector<std::pair<std::string, std::string>>& p_vecEnvironment = {},
+                           const char* p_szOutput = nullptr);
     ~CameraProcess();  // kills one that still runs
     CameraProcess(const CameraProcess&) = delete;
     CameraProcess& operator=(const CameraProcess&) = delete;

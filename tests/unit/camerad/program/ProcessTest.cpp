@@ -177,6 +177,13 @@ TEST(CameradProcess, APortThatIsTakenIsSaid) {
     EXPECT_NE(second.password(), "");  // it was made, and nobody will ever hear it again
 }
 
+TEST(CameradProcess, AFirstPasswordThatCannotBeToldIsSaid) {
+    const TestRoot empty;
+    CameraProcess process(empty, kAnyPort, "", {}, "/dev/full");
+    EXPECT_EQ(process.finish(), 1);
+    EXPECT_THAT(process.errors(), HasSubstr("--set-password admin"));
+}
+
 TEST(CameradProcess, ADeviceRootWithoutACameraIsSaid) {
     const TestRoot empty;
     CameraProcess process(empty, kAnyPort);
