@@ -13,6 +13,10 @@ if(SENSORDLL_SANITIZE)
   add_link_options(-fsanitize=${SENSORDLL_SANITIZE})
 endif()
 
+# Headers that take a compiler long are parsed once for all files that use them, instead of once for each. Off unless asked
+# for: a compiler cache keeps nothing that comes of them.
+option(SENSORDLL_PCH "Precompile the heaviest headers" OFF)
+
 find_package(Threads REQUIRED)
 
 add_library(sensordll_options INTERFACE)

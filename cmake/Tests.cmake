@@ -5,14 +5,15 @@ set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 include(GoogleTest)
 
-# The headers of GoogleTest, parsed once for all test programs instead of once for each file. Off unless asked for: a
-# compiler cache keeps nothing that comes of them.
-option(SENSORDLL_TEST_PCH "Precompile the headers of GoogleTest for the test programs" OFF)
-if(SENSORDLL_TEST_PCH)
+# The headers of GoogleTest, and the JSON that the programs speak.
+if(SENSORDLL_PCH)
   file(CONFIGURE OUTPUT test_headers.cpp CONTENT "// Only its headers count.\n")
   add_executable(test_headers EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/test_headers.cpp)
   target_link_libraries(test_headers PRIVATE sensordll_options gmock gtest_main)
   target_precompile_headers(test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  if(SENSORDLL_TOOLS)
+    target_precompile_headers(test_headers PRIVATE <nlohmann/json.hpp>)
+  endif()
 endif()
 
 # sensordll_add_test(NAME SOURCES file... LIBRARIES target...)
@@ -24,7 +25,7 @@ function(sensordll_add_test name)
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/CoverageOfAborts.cpp)
   endif()
   target_link_libraries(${name} PRIVATE sensordll_options ${arg_LIBRARIES} gmock gtest_main)
-  if(SENSORDLL_TEST_PCH)
+  if(SENSORDLL_PCH)
     target_precompile_headers(${name} REUSE_FROM test_headers)
   endif()
   set(folder ${CMAKE_BINARY_DIR}/test-work/${name})
