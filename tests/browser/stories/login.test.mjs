@@ -29,14 +29,20 @@ story('A wrong password is refused with a reason, and the right one still works'
 story('Many wrong passwords make a pause, which the page counts down', async ({ open }) => {
   const visit = await open();
   await visit.get('login-name').fill('admin');
-  let problem = '';
-  for (let attempt = 0; attempt < 6 && !/again in \d+ s/.test(problem); ++attempt) {
+  let label = '';
+  for (let attempt = 0; attempt < 6 && !/again in \d+ s/.test(label); ++attempt) {
     await visit.get('login-password').fill(`wrong ${attempt} wrong`);
+    const answered = visit.page.waitForResponse((response) => 'POST' === response.request().method());
     await visit.get('login-submit').click();
-    await until(async () => 'Sign in' === (await visit.text('login-submit')), 'the attempt is answered');
-    problem = await visit.text('login-problem');
+    await answered;
+    label = await until(async () => {
+      const text = await visit.text('login-submit');
+      return !/^Signing in/.test(text) && text;
+    }, 'the attempt is answered');
   }
-  assert.match(problem, /again in \d+ s/);
+  assert.match(label, /again in \d+ s/);
+  assert.match(await visit.text('login-problem'), /wait \d+ second/);
+  await until(async () => 'Sign in' === (await visit.text('login-submit')), 'the pause is over');
 });
 
 story('Who signs out is asked for the password again, also after a reload', async ({ visit }) => {
