@@ -35,6 +35,10 @@ constexpr int kOverflowId = 406;  // of the parser: a number that no double hold
 // Builds the value while the parser reads, and knows where it is.
 class Builder : public nlohmann::json_sax<json> {
 public:
+    Builder() noexcept(false) {}  // an empty value of the JSON library counts as one that may throw
+    Builder(const Builder&) = delete;
+    Builder& operator=(const Builder&) = delete;
+
     bool null() override { return add(json()); }
     bool boolean(bool p_bValue) override { return add(json(p_bValue)); }
     bool number_integer(number_integer_t p_nValue) override { return add(json(p_nValue)); }
