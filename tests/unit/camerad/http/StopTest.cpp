@@ -94,7 +94,7 @@ TEST(HttpStop, LeavesNeitherDescriptorsNorThreads) {
         }
     }
     EXPECT_EQ(openDescriptors(), descriptors);
-    EXPECT_EQ(runningThreads(), threads);
+    EXPECT_LE(runningThreads(), threads);  // one of the test before may have been on its way out
 }
 
 TEST(HttpStop, ThreadsOfEndedConnectionsGoWhileItServes) {
