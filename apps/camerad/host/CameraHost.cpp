@@ -38,7 +38,7 @@ public:
           m_objPacer([this](const ClockView& p_stView) { m_objEvents.publish("clock", 0, toJson(p_stView)); }) {
         const std::vector<ChannelDescription> vecDescriptions = channelsOfMachine(m_objCamera.driver().channels());
         if (!m_strKeptProblem.empty()) {
-            addMessage(m_strKeptProblem);
+            m_objLog.addMessage(m_strKeptProblem);
         }
         m_objCamera.transcript().setObserver(
             [this](const simcam::TranscriptEntry& p_stEntry) { m_objLog.add(p_stEntry); });
@@ -200,7 +200,7 @@ private:
             try {
                 ticket.wait(p_tUntil);
             } catch (const Refusal& objWhy) {
-                addMessage(objWhy.what());
+                m_objLog.addMessage(objWhy.what());
                 bAll = false;
             }
         }
@@ -282,7 +282,7 @@ void Host::powerCycle(const Actor& p_stActor) {
         try {
             vecUp.push_back(pChannel->comeUp(p_stActor));
         } catch (const Refusal& objWhy) {
-            addMessage(objWhy.what());
+            m_objLog.addMessage(objWhy.what());
         }
     }
     const bool bUp = waitForAll(vecUp, untilLater());

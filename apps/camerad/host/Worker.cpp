@@ -72,7 +72,8 @@ std::shared_ptr<Worker::Job> Worker::enqueue(std::function<void()> p_fnJob, cons
 }
 
 void Worker::run(std::function<void()> p_fnJob, Clock::time_point p_tUntil) {
-    Ticket(*this, enqueue(std::move(p_fnJob), "", false)).wait(p_tUntil);
+    Ticket objTicket = post("", std::move(p_fnJob), false);
+    objTicket.wait(p_tUntil);
 }
 
 Worker::Ticket Worker::post(const std::string& p_strOperation, std::function<void()> p_fnJob, bool p_bKeep) {
