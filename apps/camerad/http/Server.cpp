@@ -149,6 +149,7 @@ std::string tooManyAnswer() {
 class SocketServer : public Server {
 public:
     SocketServer(const ServerSettings& p_stSettings, const Router& p_objRouter, AccessControl& p_objAccess)
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): m_stShared owns it
         : m_stShared(p_stSettings, p_objRouter, p_objAccess, tlsOf(p_stSettings)) {
         // The accepting thread goes on when there is no memory left.
         m_vecRefused.reserve(kMostRefused);
