@@ -17,6 +17,19 @@ endif()
 # for: a compiler cache keeps nothing that comes of them.
 option(SENSORDLL_PCH "Precompile the heaviest headers" OFF)
 
+# Programs and tests are compiled several files at a time: templates that all of them use (assertions, matchers, JSON) take
+# longer than what a file holds itself. So names without linkage must be one of a kind within a target. Off for tools that
+# want to see one file at a time. The library itself never is.
+option(SENSORDLL_UNITY "Compile programs and tests several files at a time" ON)
+macro(sensordll_compile_together)
+  if(SENSORDLL_UNITY)
+    set(CMAKE_UNITY_BUILD ON)
+    set(CMAKE_UNITY_BUILD_BATCH_SIZE 12)
+    # A fixture without linkage may be the base of a test in the same .cpp; the compiler takes that for a header.
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+  endif()
+endmacro()
+
 find_package(Threads REQUIRED)
 
 add_library(sensordll_options INTERFACE)

@@ -7,7 +7,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Simulated driver and faults";
+const char kDeviceGroup[] = "Simulated driver and faults";
 
 u32 parseCommand(const std::string& p_strWord) {
     return static_cast<u32>(parseNumber(p_strWord, "the driver command", 0, kIntMax));
@@ -188,10 +188,10 @@ Result fault(Session& p_objSession, const Words& p_vecWords) {
 
 void addDeviceCommands(CommandTable& p_objTable) {
     p_objTable.add({"driver", "COMMAND | " + argumentsOf(driverCommands()),
-                    "what the simulated driver holds, without a trace in the transcript", kGroup, 1, 3, driver,
+                    "what the simulated driver holds, without a trace in the transcript", kDeviceGroup, 1, 3, driver,
                     Effect::looks});
     p_objTable.add({"fault", argumentsOf(faultCommands()), "let calls of the driver or the video module go wrong",
-                    kGroup, 1, kAnyNumber, fault, Effect::looks});
+                    kDeviceGroup, 1, kAnyNumber, fault, Effect::looks});
 }
 
 }  // namespace sensorctl

@@ -1,3 +1,4 @@
+#include "apps/sensorctl/Arguments.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/ParameterSets.h"
 #include "apps/sensorctl/Shared.h"
@@ -11,8 +12,6 @@ namespace sensorctl {
 
 namespace {
 
-constexpr int kHighestScheme = 32;  // more schemes than any camera has
-
 // One of the two sets that are compared.
 struct Side {
     enum class Kind { memory, flash, factory };
@@ -24,10 +23,6 @@ struct Values {
     std::string strName;  // "scheme 0 in memory"
     std::vector<StoredValue> vecValues;
 };
-
-int parseScheme(const std::string& p_strWord) {
-    return static_cast<int>(parseNumber(p_strWord, "the scheme", 0, kHighestScheme));
-}
 
 // N | memory | memory:N | flash | flash:N | factory
 Side parseSide(const std::string& p_strWord) {

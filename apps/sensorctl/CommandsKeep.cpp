@@ -7,7 +7,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Keeping";
+const char kKeepGroup[] = "Keeping";
 constexpr int kNotHeld = -1;  // of restore: the scheme does not hold the key
 
 // What the library found in the window of the current scheme.
@@ -84,16 +84,17 @@ Result mirror(Session& p_objSession, const Words& p_vecWords) {
 }  // namespace
 
 void addKeepCommands(CommandTable& p_objTable) {
-    p_objTable.add({"flush", "", "store the current scheme on flash", kGroup, 0, 0, flush});
-    p_objTable.add({"check", "", "whether the window of the current scheme lets it be stored", kGroup, 0, 0, check});
+    p_objTable.add({"flush", "", "store the current scheme on flash", kKeepGroup, 0, 0, flush});
     p_objTable.add(
-        {"restore", "KEY", "send one value of the current scheme to the driver again", kGroup, 1, 1, restore});
+        {"check", "", "whether the window of the current scheme lets it be stored", kKeepGroup, 0, 0, check});
     p_objTable.add(
-        {"restoreAe", "", "send focus mode and exposure mode of the current scheme again", kGroup, 0, 0, restoreAe});
-    p_objTable.add({"rollback", "", "discard what was not stored: read the scheme's file back and apply it", kGroup, 0,
-                    0, rollback});
-    p_objTable.add(
-        {"mirror", "[DIRECTION]", "set the mirror direction and store it at once, or show it", kGroup, 0, 1, mirror});
+        {"restore", "KEY", "send one value of the current scheme to the driver again", kKeepGroup, 1, 1, restore});
+    p_objTable.add({"restoreAe", "", "send focus mode and exposure mode of the current scheme again", kKeepGroup, 0, 0,
+                    restoreAe});
+    p_objTable.add({"rollback", "", "discard what was not stored: read the scheme's file back and apply it", kKeepGroup,
+                    0, 0, rollback});
+    p_objTable.add({"mirror", "[DIRECTION]", "set the mirror direction and store it at once, or show it", kKeepGroup, 0,
+                    1, mirror});
 }
 
 }  // namespace sensorctl

@@ -10,11 +10,11 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Languages of the user interface";
+const char kLanguageGroup[] = "Languages of the user interface";
 constexpr std::size_t kWordsOfOne = 3;             // of a language: id and two files
 constexpr std::size_t kLargestFile = 1024 * 1024;  // bytes; a document of texts has a few thousand
 
-std::string contentOf(const std::string& p_strPath) {
+std::string documentOf(const std::string& p_strPath) {
     std::error_code error;
     const bool regular = std::filesystem::is_regular_file(p_strPath, error);
     std::ifstream file(p_strPath, std::ios::binary);
@@ -41,7 +41,7 @@ std::vector<LanguageDocuments> parseLanguages(const Words& p_vecWords) {
     }
     for (std::size_t i = 0; i < p_vecWords.size(); i += kWordsOfOne) {
         documents.push_back(
-            {parseInt(p_vecWords[i], "ID"), contentOf(p_vecWords[i + 1]), contentOf(p_vecWords[i + 2])});
+            {parseInt(p_vecWords[i], "ID"), documentOf(p_vecWords[i + 1]), documentOf(p_vecWords[i + 2])});
     }
     return documents;
 }
@@ -73,9 +73,9 @@ Result language(Session& p_objSession, const Words& p_vecWords) {
 void addLanguageCommands(CommandTable& p_objTable) {
     p_objTable.add({"languages", "none | ID FILE FILE...",
                     "hand over the language file and the common file of each language, in place of those before",
-                    kGroup, 1, kAnyNumber, languages});
-    p_objTable.add({"commonFile", "LANGUAGE", "the common file of a language", kGroup, 1, 1, common});
-    p_objTable.add({"languageFile", "LANGUAGE", "the language file of a language", kGroup, 1, 1, language});
+                    kLanguageGroup, 1, kAnyNumber, languages});
+    p_objTable.add({"commonFile", "LANGUAGE", "the common file of a language", kLanguageGroup, 1, 1, common});
+    p_objTable.add({"languageFile", "LANGUAGE", "the language file of a language", kLanguageGroup, 1, 1, language});
 }
 
 }  // namespace sensorctl

@@ -10,7 +10,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Life of the controller";
+const char kLifeGroup[] = "Life of the controller";
 
 Json moduleData(const Session& p_objSession) {
     const ModuleConfigure& configure = p_objSession.lastConfigure();
@@ -102,20 +102,21 @@ Result construct(Session& p_objSession, const Words&) {
 
 void addLifeCommands(CommandTable& p_objTable) {
     p_objTable.add({"construct", "", "construct the channel's controller; other commands do so when they need it",
-                    kGroup, 0, 0, construct});
+                    kLifeGroup, 0, 0, construct});
     p_objTable.add({"init", "[MODEL [CODE]]",
-                    "initialise from the device root; model and code of the machine information unless given", kGroup,
-                    0, 2, init});
-    p_objTable.add({"uinit", "", "stop the controller's thread and release what init built", kGroup, 0, 0, uinit});
-    p_objTable.add({"restart", "", "uinit, then init with the same module configuration", kGroup, 0, 0, restart});
-    p_objTable.add({"reset", "", "back to factory settings; deletes the stored parameter files", kGroup, 0, 0, reset});
+                    "initialise from the device root; model and code of the machine information unless given",
+                    kLifeGroup, 0, 2, init});
+    p_objTable.add({"uinit", "", "stop the controller's thread and release what init built", kLifeGroup, 0, 0, uinit});
+    p_objTable.add({"restart", "", "uinit, then init with the same module configuration", kLifeGroup, 0, 0, restart});
+    p_objTable.add(
+        {"reset", "", "back to factory settings; deletes the stored parameter files", kLifeGroup, 0, 0, reset});
     p_objTable.add({"powerCycle", "", "destroy all controllers and take the camera's power away and give it back",
-                    kGroup, 0, 0, powerCycle});
+                    kLifeGroup, 0, 0, powerCycle});
+    p_objTable.add({"channel", "[N]", "select the channel that commands go to, or show it", kLifeGroup, 0, 1, channel,
+                    Effect::looks});
     p_objTable.add(
-        {"channel", "[N]", "select the channel that commands go to, or show it", kGroup, 0, 1, channel, Effect::looks});
-    p_objTable.add(
-        {"machine", "", "what the device root says about the machine", kGroup, 0, 0, machine, Effect::looks});
-    p_objTable.add({"status", "", "where the session stands", kGroup, 0, 0, status, Effect::looks});
+        {"machine", "", "what the device root says about the machine", kLifeGroup, 0, 0, machine, Effect::looks});
+    p_objTable.add({"status", "", "where the session stands", kLifeGroup, 0, 0, status, Effect::looks});
 }
 
 }  // namespace sensorctl

@@ -6,7 +6,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Direct operations on the driver";
+const char kOperationsGroup[] = "Direct operations on the driver";
 
 Result answer(const char* p_szName, bool p_bOk, Json p_data = Json::object()) {
     if (!p_bOk) {
@@ -18,7 +18,7 @@ Result answer(const char* p_szName, bool p_bOk, Json p_data = Json::object()) {
 // An operation without arguments.
 void addStep(CommandTable& p_objTable, const char* p_szName, bool (ISensorController::*p_pfnStep)(),
              const char* p_szSummary) {
-    p_objTable.add({p_szName, "", p_szSummary, kGroup, 0, 0, [=](Session& p_objSession, const Words&) {
+    p_objTable.add({p_szName, "", p_szSummary, kOperationsGroup, 0, 0, [=](Session& p_objSession, const Words&) {
                         return answer(p_szName, (p_objSession.controller().*p_pfnStep)());
                     }});
 }
@@ -27,18 +27,19 @@ void addStep(CommandTable& p_objTable, const char* p_szName, bool (ISensorContro
 template <typename Argument>
 void addSet(CommandTable& p_objTable, const char* p_szName, bool (ISensorController::*p_pfnSet)(Argument),
             const char* p_szWhat, const char* p_szSummary) {
-    p_objTable.add({p_szName, p_szWhat, p_szSummary, kGroup, 1, 1, [=](Session& p_objSession, const Words& p_vecWords) {
-                        int value = parseInt(p_vecWords[0], p_szWhat);
-                        const Json data = {{"value", value}};
-                        return answer(p_szName, (p_objSession.controller().*p_pfnSet)(value), data);
-                    }});
+    p_objTable.add(
+        {p_szName, p_szWhat, p_szSummary, kOperationsGroup, 1, 1, [=](Session& p_objSession, const Words& p_vecWords) {
+             int value = parseInt(p_vecWords[0], p_szWhat);
+             const Json data = {{"value", value}};
+             return answer(p_szName, (p_objSession.controller().*p_pfnSet)(value), data);
+         }});
 }
 
 // An operation that answers one value. p_szField names it in the result.
 template <typename Value>
 void addGet(CommandTable& p_objTable, const char* p_szName, bool (ISensorController::*p_pfnGet)(Value&),
             const char* p_szField, const char* p_szSummary) {
-    p_objTable.add({p_szName, "", p_szSummary, kGroup, 0, 0, [=](Session& p_objSession, const Words&) {
+    p_objTable.add({p_szName, "", p_szSummary, kOperationsGroup, 0, 0, [=](Session& p_objSession, const Words&) {
                         Value value{};
                         const bool ok = (p_objSession.controller().*p_pfnGet)(value);
                         return answer(p_szName, ok, {{p_szField, value}});
@@ -78,7 +79,8 @@ void addLens(CommandTable& p_objTable) {
     addStep(p_objTable, "zoomIn", &ISensorController::zoomIn, "zoom in one step");
     addStep(p_objTable, "zoomOut", &ISensorController::zoomOut, "zoom out one step");
     addSet(p_objTable, "setPTZRunState", &ISensorController::setPTZRunState, "STATE", "whether the head is moving");
-    p_objTable.add({"getZoomValue", "", "zoom position, and magnification in thousandths", kGroup, 0, 0, getZoomValue});
+    p_objTable.add(
+        {"getZoomValue", "", "zoom position, and magnification in thousandths", kOperationsGroup, 0, 0, getZoomValue});
     addSet(p_objTable, "setZoomValue", &ISensorController::setZoomValue, "POSITION", "move the zoom to a position");
     addGet(p_objTable, "getFocusValue", &ISensorController::getFocusValue, "position", "focus position");
     addSet(p_objTable, "setFocusValue", &ISensorController::setFocusValue, "POSITION", "move the focus to a position");
@@ -88,10 +90,10 @@ void addLens(CommandTable& p_objTable) {
     addGet(p_objTable, "getIrisValue", &ISensorController::getIrisValue, "value", "iris position");
     addSet(p_objTable, "setIrisValue", &ISensorController::setIrisValue, "VALUE",
            "iris position; forces iris priority");
-    p_objTable.add({"getCmdExecStatus", "COMMAND", "whether a driver command is still being carried out (1)", kGroup, 1,
-                    1, getCmdExecStatus});
+    p_objTable.add({"getCmdExecStatus", "COMMAND", "whether a driver command is still being carried out (1)",
+                    kOperationsGroup, 1, 1, getCmdExecStatus});
     p_objTable.add(
-        {"lensLock", "[0|1]", "lock zoom, focus and lens, or show whether they are", kGroup, 0, 1, lensLock});
+        {"lensLock", "[0|1]", "lock zoom, focus and lens, or show whether they are", kOperationsGroup, 0, 1, lensLock});
 }
 
 void addLightAndState(CommandTable& p_objTable) {

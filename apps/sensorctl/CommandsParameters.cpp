@@ -7,7 +7,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Parameters";
+const char kParametersGroup[] = "Parameters";
 
 struct NamedSetter {
     const char* szName;
@@ -120,13 +120,13 @@ Result set(Session& p_objSession, const Words& p_vecWords) {
 
 void addParameterCommands(CommandTable& p_objTable) {
     p_objTable.add({"set", "KEY VALUE [nocache] | \"(KEY,VALUE)...\" [nocache]",
-                    "set one parameter by key name or number, or several as text", kGroup, 1, 3, set});
-    p_objTable.add({"setParameter", "KEY VALUE [nocache]", "as set with a key", kGroup, 2, 3, setOne});
-    p_objTable.add(
-        {"setParameters", "TEXT [nocache]", "any text, as the host would hand it over", kGroup, 1, 2, setText});
-    p_objTable.add({"setter", "NAME VALUE", "a named setter of the list below", kGroup, 2, 2, setByAnyName});
+                    "set one parameter by key name or number, or several as text", kParametersGroup, 1, 3, set});
+    p_objTable.add({"setParameter", "KEY VALUE [nocache]", "as set with a key", kParametersGroup, 2, 3, setOne});
+    p_objTable.add({"setParameters", "TEXT [nocache]", "any text, as the host would hand it over", kParametersGroup, 1,
+                    2, setText});
+    p_objTable.add({"setter", "NAME VALUE", "a named setter of the list below", kParametersGroup, 2, 2, setByAnyName});
     for (const NamedSetter& setter : kNamedSetters) {
-        p_objTable.add({setter.szName, "VALUE", setter.szSummary, kGroup, 1, 1,
+        p_objTable.add({setter.szName, "VALUE", setter.szSummary, kParametersGroup, 1, 1,
                         [&setter](Session& p_objSession, const Words& p_vecWords) {
                             return setNamed(p_objSession, setter, p_vecWords[0]);
                         }});

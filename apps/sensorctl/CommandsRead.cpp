@@ -9,7 +9,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Reading back";
+const char kReadGroup[] = "Reading back";
 
 struct NamedGetter {
     const char* szName;
@@ -169,19 +169,19 @@ Result sensorCheck(Session& p_objSession, const Words& p_vecWords) {
 
 void addReadCommands(CommandTable& p_objTable) {
     p_objTable.add({"get", "KEY... | \"(KEY,KEY...)\"",
-                    "parameters of the current scheme by key name or number, or a list of keys as text", kGroup, 1,
+                    "parameters of the current scheme by key name or number, or a list of keys as text", kReadGroup, 1,
                     kAnyNumber, get});
-    p_objTable.add({"getParameter", "KEY", "as get with a key", kGroup, 1, 1, getOne});
-    p_objTable.add({"getParameters", "TEXT", "any text, as the host would hand it over", kGroup, 1, 1, getText});
-    p_objTable.add({"getAll", "", "all parameters of the current scheme, decoded", kGroup, 0, 0, getAll});
-    p_objTable.add({"getAllParameters", "", "the same as the library's text", kGroup, 0, 0, getAllParameters});
-    p_objTable.add({"getter", "NAME", "a named getter of the list below", kGroup, 1, 1, getByAnyName});
+    p_objTable.add({"getParameter", "KEY", "as get with a key", kReadGroup, 1, 1, getOne});
+    p_objTable.add({"getParameters", "TEXT", "any text, as the host would hand it over", kReadGroup, 1, 1, getText});
+    p_objTable.add({"getAll", "", "all parameters of the current scheme, decoded", kReadGroup, 0, 0, getAll});
+    p_objTable.add({"getAllParameters", "", "the same as the library's text", kReadGroup, 0, 0, getAllParameters});
+    p_objTable.add({"getter", "NAME", "a named getter of the list below", kReadGroup, 1, 1, getByAnyName});
     for (const NamedGetter& getter : kNamedGetters) {
-        p_objTable.add({getter.szName, "", getter.szSummary, kGroup, 0, 0,
+        p_objTable.add({getter.szName, "", getter.szSummary, kReadGroup, 0, 0,
                         [&getter](Session& p_objSession, const Words&) { return getNamed(p_objSession, getter); }});
     }
     p_objTable.add({"sensorCheck", "FIRST SECOND THIRD | TEXT",
-                    "raw check command of the driver; it answers when SECOND is 2", kGroup, 1, 3, sensorCheck});
+                    "raw check command of the driver; it answers when SECOND is 2", kReadGroup, 1, 3, sensorCheck});
 }
 
 }  // namespace sensorctl

@@ -118,7 +118,7 @@ Result car(Session& p_objSession, const Words& p_vecWords) {
     return changed(p_objSession, true, "car");
 }
 
-const std::vector<SubCommand>& subCommands() {
+const std::vector<SubCommand>& sceneCommands() {
     static const std::vector<SubCommand> vecTable = {
         {"light", "LUX", 1, 1, light},         {"day", "[SUNRISE SUNSET [DAYLUX NIGHTLUX]]", 0, 4, day},
         {"clock", "HH:MM[:SS]", 1, 1, clock},  {"advance", "SECONDS", 1, 1, advance},
@@ -131,13 +131,13 @@ const std::vector<SubCommand>& subCommands() {
 
 Result scene(Session& p_objSession, const Words& p_vecWords) {
     return p_vecWords.empty() ? changed(p_objSession, true, "")
-                              : runSubCommand("scene", subCommands(), p_objSession, p_vecWords);
+                              : runSubCommand("scene", sceneCommands(), p_objSession, p_vecWords);
 }
 
 }  // namespace
 
 void addSceneCommands(CommandTable& p_objTable) {
-    p_objTable.add({"scene", argumentsOf(subCommands()),
+    p_objTable.add({"scene", argumentsOf(sceneCommands()),
                     "what stands in front of the camera, and the clock; alone: show both", "Scene", 0, 5, scene});
 }
 

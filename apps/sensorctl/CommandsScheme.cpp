@@ -8,7 +8,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Schemes and style";
+const char kSchemeGroup[] = "Schemes and style";
 
 Result scheme(Session& p_objSession, const Words& p_vecWords) {
     ISensorController& controller = p_objSession.controller();
@@ -71,12 +71,12 @@ Result style(Session& p_objSession, const Words&) {
 }  // namespace
 
 void addSchemeCommands(CommandTable& p_objTable) {
-    p_objTable.add({"scheme", "[N]", "apply a scheme, or show the current one (-1: none)", kGroup, 0, 1, scheme});
+    p_objTable.add({"scheme", "[N]", "apply a scheme, or show the current one (-1: none)", kSchemeGroup, 0, 1, scheme});
     p_objTable.add(
-        {"mode", "[manual|auto|N]", "whether the controller switches schemes by itself", kGroup, 0, 1, mode});
-    p_objTable.add({"show", "wdr|beaway [0|1]", "offer a function in the style document, or show whether it is", kGroup,
-                    1, 2, show});
-    p_objTable.add({"style", "", "the style document of the user interface", kGroup, 0, 0, style});
+        {"mode", "[manual|auto|N]", "whether the controller switches schemes by itself", kSchemeGroup, 0, 1, mode});
+    p_objTable.add({"show", "wdr|beaway [0|1]", "offer a function in the style document, or show whether it is",
+                    kSchemeGroup, 1, 2, show});
+    p_objTable.add({"style", "", "the style document of the user interface", kSchemeGroup, 0, 0, style});
 }
 
 }  // namespace sensorctl

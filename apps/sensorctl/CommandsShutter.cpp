@@ -7,9 +7,9 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Ranges and shutter";
+const char kShutterGroup[] = "Ranges and shutter";
 
-Result range(Session& p_objSession, const Words& p_vecWords) {
+Result rangeOfKey(Session& p_objSession, const Words& p_vecWords) {
     const u32 command = parseKey(p_vecWords[0]);
     int preset = 0;
     std::string values;
@@ -61,10 +61,11 @@ Result shutter(Session& p_objSession, const Words& p_vecWords) {
 }  // namespace
 
 void addShutterCommands(CommandTable& p_objTable) {
-    p_objTable.add(
-        {"range", "KEY", "default and legal values of a command whose range the driver changes", kGroup, 1, 1, range});
+    p_objTable.add({"range", "KEY", "default and legal values of a command whose range the driver changes",
+                    kShutterGroup, 1, 1, rangeOfKey});
     p_objTable.add({"shutter", "[INDEX] | " + argumentsOf(steps()),
-                    "the maximum shutter as a place in the driver's list; alone: show it", kGroup, 0, 1, shutter});
+                    "the maximum shutter as a place in the driver's list; alone: show it", kShutterGroup, 0, 1,
+                    shutter});
 }
 
 }  // namespace sensorctl

@@ -1,3 +1,4 @@
+#include "apps/sensorctl/Arguments.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Session.h"
 #include "apps/sensorctl/Shared.h"
@@ -8,12 +9,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Stored files";
-constexpr int kHighestScheme = 32;  // more schemes than any camera has
-
-int parseScheme(const std::string& p_strWord) {
-    return static_cast<int>(parseNumber(p_strWord, "the scheme", 0, kHighestScheme));
-}
+const char kStoreGroup[] = "Stored files";
 
 std::string row(const StoredValue& p_stValue) {
     char buffer[96];
@@ -81,9 +77,9 @@ Result flash(Session& p_objSession, const Words& p_vecWords) {
 
 void addStoreCommands(CommandTable& p_objTable) {
     p_objTable.add(
-        {"dump", "[scheme] N [KEY]", "the stored file of a scheme, decoded", kGroup, 1, 3, dump, Effect::looks});
-    p_objTable.add({"flash", "N KEY VALUE", "change one value in the stored file of a scheme; init reads it", kGroup, 3,
-                    3, flash});
+        {"dump", "[scheme] N [KEY]", "the stored file of a scheme, decoded", kStoreGroup, 1, 3, dump, Effect::looks});
+    p_objTable.add({"flash", "N KEY VALUE", "change one value in the stored file of a scheme; init reads it",
+                    kStoreGroup, 3, 3, flash});
 }
 
 }  // namespace sensorctl

@@ -1,3 +1,4 @@
+#include "apps/sensorctl/Arguments.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Interpreter.h"
 #include "apps/sensorctl/Shared.h"
@@ -6,9 +7,7 @@ namespace sensorctl {
 
 namespace {
 
-const char kGroup[] = "Scripts and help";
-constexpr int kLowestLevel = -1;  // silences even assertions
-constexpr int kHighestLevel = 9;  // more than any message asks for
+const char kTalkGroup[] = "Scripts and help";
 
 Result echo(Session&, const Words& p_vecWords) {
     const std::string text = join(p_vecWords, " ");
@@ -26,11 +25,11 @@ Result debug(Session& p_objSession, const Words& p_vecWords) {
 }  // namespace
 
 void addTalkCommands(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
-    p_objTable.add({"echo", "[TEXT...]", "print the text", kGroup, 0, kAnyNumber, echo, Effect::speaks});
+    p_objTable.add({"echo", "[TEXT...]", "print the text", kTalkGroup, 0, kAnyNumber, echo, Effect::speaks});
     p_objTable.add({"debug", "LEVEL [0|1]", "debug level and assertion switch of the library, until the session ends",
-                    kGroup, 1, 2, debug, Effect::speaks});
-    p_objTable.add({"trace", "[on|off]", "show commands and calls as they happen, or show whether they are", kGroup, 0,
-                    1,
+                    kTalkGroup, 1, 2, debug, Effect::speaks});
+    p_objTable.add({"trace", "[on|off]", "show commands and calls as they happen, or show whether they are", kTalkGroup,
+                    0, 1,
                     [&p_objInterpreter](Session&, const Words& p_vecWords) {
                         if (!p_vecWords.empty()) {
                             p_objInterpreter.trace(parseSwitch(p_vecWords[0], "the trace"));
@@ -38,7 +37,7 @@ void addTalkCommands(CommandTable& p_objTable, Interpreter& p_objInterpreter) {
                         return Result{true, "", {{"trace", p_objInterpreter.isTracing()}}, {}};
                     },
                     Effect::speaks});
-    p_objTable.add({"quit", "", "end the session", kGroup, 0, 0,
+    p_objTable.add({"quit", "", "end the session", kTalkGroup, 0, 0,
                     [&p_objInterpreter](Session&, const Words&) {
                         p_objInterpreter.quit();
                         return Result{};

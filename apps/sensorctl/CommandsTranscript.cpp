@@ -39,7 +39,7 @@ Result clear(Session& p_objSession, const Words&) {
     return {};
 }
 
-const std::vector<SubCommand>& subCommands() {
+const std::vector<SubCommand>& transcriptCommands() {
     static const std::vector<SubCommand> vecTable = {
         {"print", "", 0, 0, print},
         {"filter", "WORDS...", 1, kAnyNumber, filter},
@@ -51,13 +51,13 @@ const std::vector<SubCommand>& subCommands() {
 
 Result transcript(Session& p_objSession, const Words& p_vecWords) {
     return p_vecWords.empty() ? print(p_objSession, p_vecWords)
-                              : runSubCommand("transcript", subCommands(), p_objSession, p_vecWords);
+                              : runSubCommand("transcript", transcriptCommands(), p_objSession, p_vecWords);
 }
 
 }  // namespace
 
 void addTranscriptCommands(CommandTable& p_objTable) {
-    p_objTable.add({"transcript", argumentsOf(subCommands()),
+    p_objTable.add({"transcript", argumentsOf(transcriptCommands()),
                     "what driver and video module were told; alone: all of it", "Transcript", 0, kAnyNumber, transcript,
                     Effect::looks});
 }

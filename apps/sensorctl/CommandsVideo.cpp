@@ -114,7 +114,7 @@ Result last(Session& p_objSession, const Words& p_vecWords) {
     return {true, "", {{"key", key}, {"value", value}}, {}};
 }
 
-const std::vector<SubCommand>& subCommands() {
+const std::vector<SubCommand>& videoCommands() {
     static const std::vector<SubCommand> vecTable = {
         {"streams", "none|FPS,WIDTHxHEIGHT[,ENCODER]...", 1, kMostStreams, streams},
         {"fps", "FPS", 1, 1, fps},
@@ -127,13 +127,13 @@ const std::vector<SubCommand>& subCommands() {
 }
 
 Result video(Session& p_objSession, const Words& p_vecWords) {
-    return p_vecWords.empty() ? state(p_objSession) : runSubCommand("video", subCommands(), p_objSession, p_vecWords);
+    return p_vecWords.empty() ? state(p_objSession) : runSubCommand("video", videoCommands(), p_objSession, p_vecWords);
 }
 
 }  // namespace
 
 void addVideoCommands(CommandTable& p_objTable) {
-    p_objTable.add({"video", argumentsOf(subCommands()), "the simulated video module of the channel; alone: show it",
+    p_objTable.add({"video", argumentsOf(videoCommands()), "the simulated video module of the channel; alone: show it",
                     "Simulated video module", 0, kMostStreams + 1, video, Effect::looks});
 }
 

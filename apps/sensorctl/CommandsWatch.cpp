@@ -1,3 +1,4 @@
+#include "apps/sensorctl/Arguments.h"
 #include "apps/sensorctl/ClockText.h"
 #include "apps/sensorctl/Commands.h"
 #include "apps/sensorctl/Interpreter.h"
@@ -14,10 +15,9 @@ namespace sensorctl {
 
 namespace {
 
-constexpr double kLongest = 7 * 86400;  // seconds; a week
-constexpr INT64 kSecond = 1000000;      // microseconds
-constexpr INT64 kHeldStep = kSecond;    // between two looks: a cycle of the controllers' threads
-constexpr INT64 kRealStep = 100000;     // microseconds; what a person takes for at once
+constexpr double kLongest = 7 * 86400;              // seconds; a week
+constexpr INT64 kHeldStep = kMicrosecondsOfSecond;  // between two looks: a cycle of the controllers' threads
+constexpr INT64 kRealStep = 100000;                 // microseconds; what a person takes for at once
 
 struct Request {
     std::optional<INT64> microseconds;  // absent: until an interrupt
@@ -49,7 +49,7 @@ Request parse(const Words& p_vecWords) {
     std::size_t at = 0;
     if (at < p_vecWords.size() && looksLikeNumber(p_vecWords[at])) {
         const double seconds = parseDecimal(p_vecWords[at++], "SECONDS", 0, kLongest);
-        request.microseconds = static_cast<INT64>(seconds * static_cast<double>(kSecond) + 0.5);
+        request.microseconds = static_cast<INT64>(seconds * static_cast<double>(kMicrosecondsOfSecond) + 0.5);
     }
     if (at < p_vecWords.size() && "count" == lowerCase(p_vecWords[at])) {
         if (++at == p_vecWords.size()) {
@@ -79,8 +79,9 @@ Request parse(const Words& p_vecWords) {
 
 std::string decimal(INT64 p_nMicroseconds) {
     char buffer[64];
-    std::snprintf(buffer, sizeof(buffer), "%lld.%06lld", static_cast<long long>(p_nMicroseconds / kSecond),
-                  static_cast<long long>(p_nMicroseconds % kSecond));
+    std::snprintf(buffer, sizeof(buffer), "%lld.%06lld",
+                  static_cast<long long>(p_nMicroseconds / kMicrosecondsOfSecond),
+                  static_cast<long long>(p_nMicroseconds % kMicrosecondsOfSecond));
     return buffer;
 }
 

@@ -23,7 +23,7 @@ bool replaceFile(const std::string& p_strPath, const std::string& p_strContent) 
     return !file.fail();
 }
 
-std::optional<std::string> contentOf(const std::string& p_strPath) {
+std::optional<std::string> signOf(const std::string& p_strPath) {
     std::ifstream file(p_strPath, std::ios::binary);
     if (!file) {
         return std::nullopt;
@@ -39,7 +39,7 @@ void DebugSign::set(int p_nLevel, bool p_bAssert) {
         throw CommandError(std::string(kSignFile) + " below the device root is a directory");
     }
     if (!m_bChanged) {
-        m_strBefore = contentOf(path);
+        m_strBefore = signOf(path);
     }
     m_bChanged = true;
     if (!replaceFile(path, std::to_string(p_nLevel) + "\n" + (p_bAssert ? "1" : "0") + "\n")) {

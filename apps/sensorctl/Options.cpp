@@ -1,5 +1,6 @@
 #include "apps/sensorctl/Options.h"
 
+#include "apps/sensorctl/Arguments.h"
 #include "apps/sensorctl/ClockText.h"
 #include "apps/sensorctl/Shared.h"
 
@@ -12,8 +13,6 @@ namespace sensorctl {
 
 namespace {
 
-constexpr int kLowestLevel = -1;
-constexpr int kHighestLevel = 9;
 constexpr int kChannels = 4;
 
 const char kFooter[] =

@@ -1,5 +1,6 @@
 #include "apps/sensorctl/Recorder.h"
 
+#include "apps/sensorctl/Arguments.h"
 #include "apps/sensorctl/ClockText.h"
 #include "apps/sensorctl/Shared.h"
 
@@ -13,7 +14,6 @@
 namespace sensorctl {
 
 namespace {
-constexpr INT64 kSecond = 1000000;      // microseconds
 constexpr INT64 kShortestWait = 10000;  // microseconds; less between two commands waits for more
 }  // namespace
 
@@ -63,8 +63,9 @@ void Recorder::took(const std::string& p_strCommand, bool p_bOk, INT64 p_nBegin,
     if (p_nBegin - m_nRecorded >= kShortestWait) {
         const INT64 passed = p_nBegin - m_nRecorded;
         char buffer[64];
-        std::snprintf(buffer, sizeof(buffer), "wait %lld.%06lld", static_cast<long long>(passed / kSecond),
-                      static_cast<long long>(passed % kSecond));
+        std::snprintf(buffer, sizeof(buffer), "wait %lld.%06lld",
+                      static_cast<long long>(passed / kMicrosecondsOfSecond),
+                      static_cast<long long>(passed % kMicrosecondsOfSecond));
         write(buffer);
         recorded = p_nBegin;
     }

@@ -13,7 +13,7 @@ bool oneOf(char p_cChar, const char* p_szSet) {
     return '\0' != p_cChar && nullptr != std::strchr(p_szSet, p_cChar);
 }
 
-bool continuesName(char p_cChar) {
+bool continuesVariable(char p_cChar) {
     return (p_cChar >= 'a' && p_cChar <= 'z') || (p_cChar >= 'A' && p_cChar <= 'Z') ||
            (p_cChar >= '0' && p_cChar <= '9') || oneOf(p_cChar, "_.-+~@%") ||
            static_cast<unsigned char>(p_cChar) >= 0x80;
@@ -59,7 +59,7 @@ private:
         for (const char* const szRoot : kRoots) {
             bRoot = bRoot || 0 == m_strCommand.compare(m_nAt, kRootLength, szRoot);
         }
-        return bRoot && !continuesName(here(kRootLength));
+        return bRoot && !continuesVariable(here(kRootLength));
     }
 
     void putVariable() {

@@ -9,13 +9,13 @@
 
 namespace {
 
-constexpr const char* kName = "/mnt/mtd/code/factory_setting/machineinfo.ini";
+constexpr const char* kMachineFile = "/mnt/mtd/code/factory_setting/machineinfo.ini";
 
 class MachineInfoTest : public OnDevice {
 protected:
     bool parse(const std::string& p_strContent) {
-        m_objRoot.write(kName, p_strContent);
-        return SystemInfoParser::parseMachineInfo(kName, m_objInfo);
+        m_objRoot.write(kMachineFile, p_strContent);
+        return SystemInfoParser::parseMachineInfo(kMachineFile, m_objInfo);
     }
 
     MachineInfo m_objInfo;
@@ -106,7 +106,7 @@ TEST_F(MachineInfoTest, TheLongestLineIsRead) {
 }
 
 TEST_F(MachineInfoTest, AFileThatCannotBeReadIsRefused) {
-    EXPECT_FALSE(SystemInfoParser::parseMachineInfo(kName, m_objInfo));
+    EXPECT_FALSE(SystemInfoParser::parseMachineInfo(kMachineFile, m_objInfo));
     EXPECT_FALSE(SystemInfoParser::parseMachineInfo("/mnt/mtd", m_objInfo));
     EXPECT_FALSE(SystemInfoParser::parseMachineInfo("", m_objInfo));
     EXPECT_FALSE(SystemInfoParser::parseMachineInfo(nullptr, m_objInfo));

@@ -9,14 +9,14 @@
 
 namespace {
 
-constexpr const char* kName = "/hd1/moduleConfig/moduleConfig.xml";
+constexpr const char* kModuleFile = "/hd1/moduleConfig/moduleConfig.xml";
 
 class ModuleConfigureTest : public OnDevice {
 protected:
     bool parse(const std::string& p_strContent, const std::string& p_strModel = "M",
                const std::string& p_strCode = "C") {
-        m_objRoot.write(kName, p_strContent);
-        return ModuleConfigureParser::parse(kName, p_strModel, p_strCode, m_vecModules);
+        m_objRoot.write(kModuleFile, p_strContent);
+        return ModuleConfigureParser::parse(kModuleFile, p_strModel, p_strCode, m_vecModules);
     }
 
     // The ids that were found, for instance "1 2 ".
@@ -276,7 +276,7 @@ TEST_F(ModuleConfigureTest, ADocumentLargerThanOneMebibyteIsRefused) {
 }
 
 TEST_F(ModuleConfigureTest, AFileThatCannotBeReadIsRefused) {
-    EXPECT_FALSE(ModuleConfigureParser::parse(kName, "M", "C", m_vecModules));
+    EXPECT_FALSE(ModuleConfigureParser::parse(kModuleFile, "M", "C", m_vecModules));
     EXPECT_FALSE(ModuleConfigureParser::parse("/hd1", "M", "C", m_vecModules));
     EXPECT_FALSE(ModuleConfigureParser::parse("", "M", "C", m_vecModules));
     EXPECT_FALSE(ModuleConfigureParser::parse(nullptr, "M", "C", m_vecModules));

@@ -21,7 +21,7 @@ static_assert(!std::is_copy_constructible<QVFile>::value && !std::is_copy_assign
 static_assert(0x01 == QVFile::modeRead && 0x02 == QVFile::modeWrite && 0x40 == QVFile::modeTruncate, "frozen numbers");
 
 constexpr u32 kReplace = QVFile::modeWrite | QVFile::modeTruncate;
-constexpr const char* kName = "/mnt/mtd/file";
+constexpr const char* kFile = "/mnt/mtd/file";
 
 class QVFileTest : public OnDevice {
 protected:
@@ -29,7 +29,7 @@ protected:
     std::string lines() {
         std::string strAll;
         QVFile objFile;
-        EXPECT_TRUE(objFile.open(kName));
+        EXPECT_TRUE(objFile.open(kFile));
         for (std::string strLine; objFile.readLine(strLine);) {
             strAll += "[" + strLine + "]";
         }
@@ -38,7 +38,7 @@ protected:
 
     static bool replace(const std::string& p_strContent) {
         QVFile objFile;
-        return objFile.open(kName, kReplace) &&
+        return objFile.open(kFile, kReplace) &&
                static_cast<int>(p_strContent.size()) ==
                    objFile.write(p_strContent.data(), static_cast<int>(p_strContent.size())) &&
                objFile.close();
@@ -61,31 +61,31 @@ TEST_F(QVFileTest, AnObjectThatIsNotOpenAnswersLikeOne) {
 
 TEST_F(QVFileTest, ReadingNeedsAnExistingFile) {
     QVFile objFile;
-    EXPECT_FALSE(objFile.open(kName));
+    EXPECT_FALSE(objFile.open(kFile));
     EXPECT_FALSE(objFile.isOpen());
-    EXPECT_FALSE(m_objRoot.exists(kName));
-    m_objRoot.write(kName, "x");
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_FALSE(m_objRoot.exists(kFile));
+    m_objRoot.write(kFile, "x");
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_TRUE(objFile.isOpen());
 }
 
 TEST_F(QVFileTest, OpensForReadingByDefault) {
-    m_objRoot.write(kName, "x");
+    m_objRoot.write(kFile, "x");
     QVFile objFile;
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_EQ(objFile.write("y", 1), -1);
     EXPECT_TRUE(objFile.close());
-    EXPECT_EQ(m_objRoot.read(kName), "x");
+    EXPECT_EQ(m_objRoot.read(kFile), "x");
 }
 
 TEST_F(QVFileTest, OtherModesFail) {
-    m_objRoot.write(kName, "x");
+    m_objRoot.write(kFile, "x");
     QVFile objFile;
     for (const u32 nMode : {0x00U, 0x02U, 0x03U, 0x40U, 0x41U, 0x43U, 0x80U, 0xFFFFFFFFU}) {
-        EXPECT_FALSE(objFile.open(kName, nMode)) << nMode;
+        EXPECT_FALSE(objFile.open(kFile, nMode)) << nMode;
         EXPECT_FALSE(objFile.isOpen()) << nMode;
     }
-    EXPECT_EQ(m_objRoot.read(kName), "x");
+    EXPECT_EQ(m_objRoot.read(kFile), "x");
 }
 
 TEST_F(QVFileTest, NullAndEmptyNamesAndDirectoriesFail) {
@@ -99,17 +99,17 @@ TEST_F(QVFileTest, NullAndEmptyNamesAndDirectoriesFail) {
 }
 
 TEST_F(QVFileTest, AFileBelowSomethingThatIsNoFolderFails) {
-    m_objRoot.write(kName, "x");
+    m_objRoot.write(kFile, "x");
     QVFile objFile;
     EXPECT_FALSE(objFile.open("/mnt/mtd/file/below", kReplace));
     EXPECT_FALSE(objFile.open("/no/such/folder/file", kReplace));
 }
 
 TEST_F(QVFileTest, ReadsInPiecesToTheEnd) {
-    m_objRoot.write(kName, std::string("ab\0cde", 6));
+    m_objRoot.write(kFile, std::string("ab\0cde", 6));
     QVFile objFile;
     char szBuffer[8] = "";
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_EQ(objFile.read(szBuffer, 0), 0);
     EXPECT_EQ(objFile.read(szBuffer, 4), 4);
     EXPECT_EQ(0, std::memcmp(szBuffer, "ab\0c", 4));
@@ -121,77 +121,77 @@ TEST_F(QVFileTest, ReadsInPiecesToTheEnd) {
 }
 
 TEST_F(QVFileTest, NegativeCountsAndNullBuffersFail) {
-    m_objRoot.write(kName, "abc");
+    m_objRoot.write(kFile, "abc");
     QVFile objFile;
     char szBuffer[4] = "";
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_EQ(objFile.read(szBuffer, -1), -1);
     EXPECT_EQ(objFile.read(nullptr, 1), -1);
     EXPECT_EQ(objFile.read(szBuffer, 3), 3);
-    EXPECT_TRUE(objFile.open(kName, kReplace));
+    EXPECT_TRUE(objFile.open(kFile, kReplace));
     EXPECT_EQ(objFile.write("abc", 0), 0);
     EXPECT_EQ(objFile.write(nullptr, 0), 0);
     EXPECT_TRUE(objFile.close());
-    EXPECT_EQ(m_objRoot.read(kName), "");
+    EXPECT_EQ(m_objRoot.read(kFile), "");
 }
 
 TEST_F(QVFileTest, AFailedWriteNeverReplacesTheOldContent) {
-    m_objRoot.write(kName, "old");
+    m_objRoot.write(kFile, "old");
     QVFile objFile;
     const std::pair<const char*, int> rows[] = {{nullptr, 5}, {"bytes", -1}};
     for (const auto& [szBuffer, nCount] : rows) {
-        EXPECT_TRUE(objFile.open(kName, kReplace));
+        EXPECT_TRUE(objFile.open(kFile, kReplace));
         EXPECT_EQ(objFile.write("new", 3), 3);
         EXPECT_EQ(objFile.write(szBuffer, nCount), -1);
         EXPECT_EQ(objFile.write("more", 4), -1);
         EXPECT_FALSE(objFile.close());
-        EXPECT_EQ(m_objRoot.read(kName), "old");
+        EXPECT_EQ(m_objRoot.read(kFile), "old");
     }
 }
 
 TEST_F(QVFileTest, WritingCreatesAFile) {
     EXPECT_TRUE(replace("content"));
-    EXPECT_EQ(m_objRoot.read(kName), "content");
+    EXPECT_EQ(m_objRoot.read(kFile), "content");
 }
 
 TEST_F(QVFileTest, WritingReplacesAFile) {
-    m_objRoot.write(kName, "a longer old content");
+    m_objRoot.write(kFile, "a longer old content");
     EXPECT_TRUE(replace("new"));
-    EXPECT_EQ(m_objRoot.read(kName), "new");
+    EXPECT_EQ(m_objRoot.read(kFile), "new");
 }
 
 TEST_F(QVFileTest, WritingNothingLeavesAnEmptyFile) {
-    m_objRoot.write(kName, "old");
+    m_objRoot.write(kFile, "old");
     EXPECT_TRUE(replace(""));
-    EXPECT_TRUE(m_objRoot.exists(kName));
-    EXPECT_EQ(m_objRoot.read(kName), "");
+    EXPECT_TRUE(m_objRoot.exists(kFile));
+    EXPECT_EQ(m_objRoot.read(kFile), "");
 }
 
 TEST_F(QVFileTest, WritesAddUp) {
     QVFile objFile;
-    EXPECT_TRUE(objFile.open(kName, kReplace));
+    EXPECT_TRUE(objFile.open(kFile, kReplace));
     EXPECT_EQ(objFile.write("abc", 3), 3);
     EXPECT_EQ(objFile.write("def", 3), 3);
     EXPECT_EQ(objFile.getLength(), 6);
     EXPECT_TRUE(objFile.close());
-    EXPECT_EQ(m_objRoot.read(kName), "abcdef");
+    EXPECT_EQ(m_objRoot.read(kFile), "abcdef");
 }
 
 TEST_F(QVFileTest, TheOldContentStandsUntilClose) {
-    m_objRoot.write(kName, "old");
+    m_objRoot.write(kFile, "old");
     QVFile objFile;
-    EXPECT_TRUE(objFile.open(kName, kReplace));
-    EXPECT_EQ(m_objRoot.read(kName), "old");
+    EXPECT_TRUE(objFile.open(kFile, kReplace));
+    EXPECT_EQ(m_objRoot.read(kFile), "old");
     EXPECT_EQ(objFile.write("new", 3), 3);
-    EXPECT_EQ(m_objRoot.read(kName), "old");
+    EXPECT_EQ(m_objRoot.read(kFile), "old");
     EXPECT_TRUE(objFile.close());
-    EXPECT_EQ(m_objRoot.read(kName), "new");
+    EXPECT_EQ(m_objRoot.read(kFile), "new");
 }
 
 TEST_F(QVFileTest, AReaderKeepsTheContentThatItOpened) {
-    m_objRoot.write(kName, "old");
+    m_objRoot.write(kFile, "old");
     QVFile objReader;
-    EXPECT_TRUE(objReader.open(kName));
+    EXPECT_TRUE(objReader.open(kFile));
     EXPECT_TRUE(replace("something else"));
     char szBuffer[32] = "";
     EXPECT_EQ(objReader.read(szBuffer, 32), 3);
@@ -201,16 +201,16 @@ TEST_F(QVFileTest, AReaderKeepsTheContentThatItOpened) {
 TEST_F(QVFileTest, DestructionAndReopeningCloseTheFile) {
     {
         QVFile objFile;
-        EXPECT_TRUE(objFile.open(kName, kReplace));
+        EXPECT_TRUE(objFile.open(kFile, kReplace));
         EXPECT_EQ(objFile.write("one", 3), 3);
     }
-    EXPECT_EQ(m_objRoot.read(kName), "one");
+    EXPECT_EQ(m_objRoot.read(kFile), "one");
     QVFile objFile;
-    EXPECT_TRUE(objFile.open(kName, kReplace));
+    EXPECT_TRUE(objFile.open(kFile, kReplace));
     EXPECT_EQ(objFile.write("two", 3), 3);
     EXPECT_FALSE(objFile.open("/no/such/file"));
     EXPECT_FALSE(objFile.isOpen());
-    EXPECT_EQ(m_objRoot.read(kName), "two");
+    EXPECT_EQ(m_objRoot.read(kFile), "two");
 }
 
 TEST_F(QVFileTest, AnObjectServesOneFileAfterTheOther) {
@@ -229,7 +229,7 @@ TEST_F(QVFileTest, TheWrittenFileCannotBeReadThroughTheSameObject) {
     QVFile objFile;
     char szBuffer[4] = "";
     std::string strLine = "x";
-    EXPECT_TRUE(objFile.open(kName, kReplace));
+    EXPECT_TRUE(objFile.open(kFile, kReplace));
     EXPECT_EQ(objFile.write("abc", 3), 3);
     EXPECT_EQ(objFile.read(szBuffer, 3), -1);
     EXPECT_FALSE(objFile.readLine(strLine));
@@ -237,10 +237,10 @@ TEST_F(QVFileTest, TheWrittenFileCannotBeReadThroughTheSameObject) {
 }
 
 TEST_F(QVFileTest, LengthIsThatOfTheWholeFile) {
-    m_objRoot.write(kName, std::string(70000, 'x'));
+    m_objRoot.write(kFile, std::string(70000, 'x'));
     QVFile objFile;
     std::string strLine;
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_EQ(objFile.getLength(), 70000);
     EXPECT_TRUE(objFile.readLine(strLine));
     EXPECT_EQ(objFile.getLength(), 70000);
@@ -267,26 +267,26 @@ TEST_F(QVFileTest, LinesComeWithoutTheirEnds) {
         {" a \t\n", "[ a \t]"},
     };
     for (const auto& row : rows) {
-        m_objRoot.write(kName, row.content);
+        m_objRoot.write(kFile, row.content);
         EXPECT_EQ(lines(), row.lines) << ::testing::PrintToString(row.content);
     }
 }
 
 TEST_F(QVFileTest, ALineKeepsItsZeroBytes) {
-    m_objRoot.write(kName, std::string("a\0b\nc", 5));
+    m_objRoot.write(kFile, std::string("a\0b\nc", 5));
     QVFile objFile;
     std::string strLine;
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_TRUE(objFile.readLine(strLine));
     EXPECT_EQ(strLine, std::string("a\0b", 3));
 }
 
 TEST_F(QVFileTest, LongLinesComeInPieces) {
     const auto piecesOf = [this](const std::string& p_strContent) {
-        m_objRoot.write(kName, p_strContent);
+        m_objRoot.write(kFile, p_strContent);
         std::string strSizes;
         QVFile objFile;
-        EXPECT_TRUE(objFile.open(kName));
+        EXPECT_TRUE(objFile.open(kFile));
         for (std::string strLine; objFile.readLine(strLine);) {
             strSizes += std::to_string(strLine.size()) + " ";
         }
@@ -302,11 +302,11 @@ TEST_F(QVFileTest, LongLinesComeInPieces) {
 }
 
 TEST_F(QVFileTest, ReadingGoesOnBehindTheLines) {
-    m_objRoot.write(kName, "one\ntwo\nthree");
+    m_objRoot.write(kFile, "one\ntwo\nthree");
     QVFile objFile;
     std::string strLine;
     char szBuffer[16] = "";
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_TRUE(objFile.readLine(strLine));
     EXPECT_EQ(objFile.read(szBuffer, 2), 2);
     EXPECT_STREQ(szBuffer, "tw");
@@ -318,20 +318,20 @@ TEST_F(QVFileTest, ReadingGoesOnBehindTheLines) {
 
 TEST_F(QVFileTest, OneReadCrossesWhatALineReadAheadAndTheRest) {
     const std::string strRest(10000, 'r');
-    m_objRoot.write(kName, "one\n" + strRest);
+    m_objRoot.write(kFile, "one\n" + strRest);
     QVFile objFile;
     std::string strLine;
     std::string strBuffer(20000, '\0');
-    EXPECT_TRUE(objFile.open(kName));
+    EXPECT_TRUE(objFile.open(kFile));
     EXPECT_TRUE(objFile.readLine(strLine));
     EXPECT_EQ(objFile.read(&strBuffer[0], 20000), 10000);
     EXPECT_EQ(strBuffer.substr(0, 10000), strRest);
 }
 
 TEST_F(QVFileTest, TellsWhichFilesExist) {
-    EXPECT_FALSE(QVFile::exists(kName));
-    m_objRoot.write(kName, "");
-    EXPECT_TRUE(QVFile::exists(kName));
+    EXPECT_FALSE(QVFile::exists(kFile));
+    m_objRoot.write(kFile, "");
+    EXPECT_TRUE(QVFile::exists(kFile));
     EXPECT_FALSE(QVFile::exists("/mnt/mtd"));
     EXPECT_FALSE(QVFile::exists(""));
     EXPECT_FALSE(QVFile::exists(nullptr));
@@ -341,12 +341,12 @@ TEST_F(QVFileTest, TwoWritersOfOnePathTakeTurns) {
     Story story;
     Gate trying;
     QVFile objFirst;
-    EXPECT_TRUE(objFirst.open(kName, kReplace));
+    EXPECT_TRUE(objFirst.open(kFile, kReplace));
     std::thread other([&] {
         trying.open();
         QVFile objSecond;
-        EXPECT_TRUE(objSecond.open(kName, kReplace));
-        story.add("second opened: " + m_objRoot.read(kName));
+        EXPECT_TRUE(objSecond.open(kFile, kReplace));
+        story.add("second opened: " + m_objRoot.read(kFile));
         EXPECT_EQ(objSecond.write("second", 6), 6);
         EXPECT_TRUE(objSecond.close());
     });
@@ -357,7 +357,7 @@ TEST_F(QVFileTest, TwoWritersOfOnePathTakeTurns) {
     EXPECT_TRUE(objFirst.close());
     other.join();
     EXPECT_EQ(story.told(), (std::vector<std::string>{"first closes", "second opened: first"}));
-    EXPECT_EQ(m_objRoot.read(kName), "second");
+    EXPECT_EQ(m_objRoot.read(kFile), "second");
 }
 
 TEST_F(QVFileTest, WritersOfDifferentPathsDoNotWaitForEachOther) {
@@ -384,7 +384,7 @@ TEST_F(QVFileTest, ReadersSeeOneWholeContentWhileManyWrite) {
         std::string strBuffer(20000, '\0');
         while (!bDone) {
             QVFile objFile;
-            EXPECT_TRUE(objFile.open(kName));
+            EXPECT_TRUE(objFile.open(kFile));
             const INT64 nLength = objFile.getLength();
             const int nRead = objFile.read(&strBuffer[0], 20000);
             EXPECT_EQ(nRead, nLength);
@@ -398,7 +398,7 @@ TEST_F(QVFileTest, ReadersSeeOneWholeContentWhileManyWrite) {
     }
     bDone = true;
     reader.join();
-    EXPECT_EQ(m_objRoot.read(kName).size(), 15000U);
+    EXPECT_EQ(m_objRoot.read(kFile).size(), 15000U);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "apps/camerad/access/Secrets.h"
 #include "apps/camerad/access/Sessions.h"
 #include "apps/camerad/http/Http.h"
+#include "apps/shared/Text.h"
 
 #include <algorithm>
 #include <map>
@@ -25,7 +26,6 @@ constexpr std::size_t kPasswordsWaiting = 16;
 constexpr std::size_t kMostKnownPairs = 64;  // of name and password that Basic has shown to be good
 constexpr std::chrono::minutes kPairKnownFor{5};
 constexpr int kMostTokenDays = 3650;
-constexpr long long kSecondsOfDay = 86400;
 const char* const kFirstAccount = "admin";
 const char* const kTokenStart = "camerad_";
 
@@ -45,13 +45,6 @@ Refusal slowed(const std::string& p_strWhy, int p_nSeconds) {
 
 bool changesSomething(const std::string& p_strMethod) {
     return "GET" != p_strMethod && "HEAD" != p_strMethod && "OPTIONS" != p_strMethod;
-}
-
-std::string inSmallLetters(std::string p_strText) {
-    std::transform(p_strText.begin(), p_strText.end(), p_strText.begin(), [](char p_cLetter) {
-        return 'A' <= p_cLetter && p_cLetter <= 'Z' ? static_cast<char>(p_cLetter - 'A' + 'a') : p_cLetter;
-    });
-    return p_strText;
 }
 
 PrivateFile fileOf(const std::string& p_strPath) {
@@ -413,7 +406,7 @@ void FileAccessControl::putAccount(const std::string& p_strName, const std::stri
     StoredAccount* account = access.account(p_strName);
     if (nullptr == account) {
         for (const StoredAccount& other : access.vecAccounts) {
-            if (inSmallLetters(other.strName) == inSmallLetters(p_strName)) {
+            if (apps::lowerCase(other.strName) == apps::lowerCase(p_strName)) {
                 throw Refusal(Refusal::Kind::Conflict, "name-taken",
                               "There is an account \"" + other.strName +
                                   "\"; names have to differ by more than small and capital letters.");

@@ -201,7 +201,6 @@ std::string formatAccounts(const StoredAccess& p_stAccess) {
 
 namespace {
 
-constexpr long long kSecondsOfDay = 86400;
 constexpr int kLastYear = 9999;
 
 struct Date {

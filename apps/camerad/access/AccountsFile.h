@@ -52,6 +52,7 @@ std::optional<Role> roleOf(const std::string& p_strName);
 StoredAccess parseAccounts(const std::string& p_strText);
 std::string formatAccounts(const StoredAccess& p_stAccess);
 
+constexpr long long kSecondsOfDay = 86400;
 // Seconds since 1970 as UTC, "2026-12-21T00:00:00Z", from 1970 to 9999; texts of this form sort as the times do.
 std::string formatDate(long long p_nSeconds);
 bool isDate(const std::string& p_strText);

@@ -26,7 +26,7 @@ namespace {
 constexpr long kX509Version3 = 2;
 constexpr std::size_t kSerialBytes = 16;
 constexpr int kDaysValid = 3652;  // ten years
-constexpr std::time_t kLeast =
+constexpr std::time_t kEarliest =
     1767225600;  // 2026-01-01: a camera whose clock was not set yet makes one that lasts, too
 constexpr std::size_t kLongestCommonName = 64;
 const char* const kLoopback = "localhost";
@@ -111,7 +111,7 @@ Certificate certificateOf(EVP_PKEY* p_pKey, const std::string& p_strAddress) {
         "the serial number");
 
     // From yesterday on, for browsers whose clock is behind.
-    std::time_t begin = std::max(std::time(nullptr), kLeast);
+    std::time_t begin = std::max(std::time(nullptr), kEarliest);
     require(nullptr != X509_time_adj_ex(X509_getm_notBefore(pCertificate.get()), -1, 0, &begin) &&
                 nullptr != X509_time_adj_ex(X509_getm_notAfter(pCertificate.get()), kDaysValid, 0, &begin),
             "its time");

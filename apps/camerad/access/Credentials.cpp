@@ -4,6 +4,7 @@
 #include "apps/camerad/access/Secrets.h"
 #include "apps/camerad/host/Refusal.h"
 #include "apps/camerad/http/Http.h"
+#include "apps/shared/Text.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,15 +18,6 @@ constexpr std::size_t kLongestToken = 128;
 
 Refusal unauthorised(const std::string& p_strType, const std::string& p_strDetail) {
     return Refusal(Refusal::Kind::Unauthorised, p_strType, p_strDetail);
-}
-
-char small(char p_cLetter) {
-    return 'A' <= p_cLetter && p_cLetter <= 'Z' ? static_cast<char>(p_cLetter - 'A' + 'a') : p_cLetter;
-}
-
-std::string inSmallLetters(std::string p_strText) {
-    std::transform(p_strText.begin(), p_strText.end(), p_strText.begin(), small);
-    return p_strText;
 }
 
 std::string withoutBlanksAround(const std::string& p_strText) {
@@ -45,7 +37,7 @@ std::vector<std::string> headers(const HttpRequest& p_stRequest, const std::stri
 // "scheme://host" in small letters, without the port that the scheme has anyway.
 std::string originOf(const std::string& p_strScheme, const std::string& p_strHost) {
     const std::string usual = "https" == p_strScheme ? ":443" : ":80";
-    std::string host = inSmallLetters(p_strHost);
+    std::string host = apps::lowerCase(p_strHost);
     if (host.size() > usual.size() && 0 == host.compare(host.size() - usual.size(), usual.size(), usual)) {
         host.resize(host.size() - usual.size());
     }
@@ -58,7 +50,7 @@ bool isOwnOrigin(const std::string& p_strOrigin, const HttpRequest& p_stRequest)
     if (1 != hosts.size() || hosts[0].empty() || std::string::npos == schemeEnd) {
         return false;
     }
-    return originOf(inSmallLetters(p_strOrigin.substr(0, schemeEnd)), p_strOrigin.substr(schemeEnd + 3)) ==
+    return originOf(apps::lowerCase(p_strOrigin.substr(0, schemeEnd)), p_strOrigin.substr(schemeEnd + 3)) ==
            originOf(p_stRequest.bSecure ? "https" : "http", hosts[0]);
 }
 
@@ -121,7 +113,7 @@ std::optional<Authorization> authorization(const HttpRequest& p_stRequest) {
     }
     const std::string text = withoutBlanksAround(values[0]);
     const std::size_t blank = std::min(text.find_first_of(" \t"), text.size());
-    const std::string scheme = inSmallLetters(text.substr(0, blank));
+    const std::string scheme = apps::lowerCase(text.substr(0, blank));
     const std::string rest = withoutBlanksAround(text.substr(blank));
     if ("basic" == scheme) {
         return basicFrom(rest);

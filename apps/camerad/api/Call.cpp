@@ -2,6 +2,7 @@
 
 #include "apps/camerad/api/StrictJson.h"
 #include "apps/camerad/http/Problem.h"
+#include "apps/camerad/http/Status.h"
 #include "apps/shared/CommandError.h"
 #include "apps/shared/KeyNames.h"
 #include "apps/shared/NearestMatch.h"
@@ -15,8 +16,6 @@ namespace camerad {
 namespace {
 
 constexpr std::size_t kLongestMark = 40;  // of a client
-constexpr int kNoContent = 204;
-constexpr int kBadRequest = 400;
 
 bool isMarkLetter(char p_cLetter) {
     return ('a' <= p_cLetter && p_cLetter <= 'z') || ('A' <= p_cLetter && p_cLetter <= 'Z') ||

@@ -14,8 +14,6 @@ namespace {
 using nlohmann::json;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kLook{200};  // between two looks whether the client is still there
-
 const std::vector<std::string>& eventTypes() {
     static const std::vector<std::string> vecTypes = {"parameter", "scheme", "schemes",   "ranges", "driver",
                                                       "message",   "lens",   "day-night", "clock",  "scene",
@@ -90,7 +88,7 @@ HttpResponse events(Api& p_stApi, const HttpRequest& p_stRequest) {
         Clock::time_point written = Clock::now();
         while (p_objSink.isOpen() && !subscription->isClosed() && guard->mayGoOn()) {
             std::string text;
-            for (const EventPtr& event : subscription->wait(std::min(kLook, heartbeat))) {
+            for (const EventPtr& event : subscription->wait(std::min(kLookAtClient, heartbeat))) {
                 text += textOf(*event);
             }
             if (text.empty() && Clock::now() - written < heartbeat) {

@@ -1,6 +1,7 @@
 // Whether the camera is well, and figures for those who watch over many.
 #include "apps/camerad/api/Call.h"
 #include "apps/camerad/api/MetricsText.h"
+#include "apps/camerad/http/Status.h"
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -13,8 +14,6 @@ namespace camerad {
 namespace {
 
 using nlohmann::json;
-
-constexpr int kUnavailable = 503;
 
 HttpResponse health(Api& p_stApi, const HttpRequest&) {
     json channels = json::object();

@@ -9,8 +9,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kSnapshotTime{5000};
-constexpr milliseconds kLook{200};  // between two looks whether the client is still there
-constexpr int kMostFrames = 25;     // a second
+constexpr int kMostFrames = 25;  // a second
 constexpr int kUsualFrames = 15;
 
 PictureFeed& feedOf(Api& p_stApi, const HttpRequest& p_stRequest) {
@@ -40,7 +39,7 @@ HttpResponse preview(Api& p_stApi, const HttpRequest& p_stRequest) {
     response.fnStream = [&feed, guard, frames](HttpSink& p_objSink) {
         const std::unique_ptr<PictureFeed::Viewer> viewer = feed.watch(frames);
         while (p_objSink.isOpen() && !viewer->isClosed() && guard->mayGoOn()) {
-            const Frame frame = viewer->next(kLook);
+            const Frame frame = viewer->next(kLookAtClient);
             if (nullptr == frame) {
                 continue;
             }

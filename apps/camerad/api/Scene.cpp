@@ -3,6 +3,7 @@
 #include "apps/camerad/api/StrictJson.h"
 #include "apps/camerad/host/Views.h"
 #include "apps/camerad/http/Problem.h"
+#include "apps/camerad/http/Status.h"
 
 namespace camerad {
 
@@ -13,7 +14,6 @@ using nlohmann::json;
 constexpr std::size_t kMostFaultBytes = 1024;
 constexpr std::size_t kMostTimeBytes = 32;
 constexpr int kMostSpeed = 7200;  // simulated seconds a second
-constexpr int kCreated = 201;
 
 HttpResponse patchScene(Api& p_stApi, const HttpRequest& p_stRequest) {
     // Which fields there are, and what they take, the camera itself says.

@@ -1,14 +1,15 @@
 // Schemes: which one is in force, who decides it, when, and how they are called.
 #include "apps/camerad/api/Call.h"
 #include "apps/camerad/api/StrictJson.h"
+#include "apps/camerad/host/SchemeRules.h"
 #include "apps/camerad/host/Views.h"
 
 namespace camerad {
 
 namespace {
 
-constexpr int kMinutes = 60;                    // of an hour
-constexpr std::size_t kMostNameBytes = 40 * 4;  // 40 letters of UTF-8
+constexpr int kMinutes = 60;                                          // of an hour
+constexpr std::size_t kMostSchemeNameBytes = 4 * kLongestSchemeName;  // of UTF-8
 
 HttpResponse schemes(Api& p_stApi, const HttpRequest& p_stRequest) {
     ChannelHost& channel = channelOf(p_stApi, p_stRequest);
@@ -50,7 +51,7 @@ HttpResponse patchScheme(Api& p_stApi, const HttpRequest& p_stRequest) {
                                   static_cast<std::int64_t>(view.vecSchemes.size()) - 1, Refusal::Kind::NotFound));
     BodyReader objBody(p_stRequest);
     FieldReader& fields = objBody.fields();
-    const std::optional<std::string> name = fields.text("name", kMostNameBytes);
+    const std::optional<std::string> name = fields.text("name", kMostSchemeNameBytes);
     std::optional<Window> window;
     if (std::optional<FieldReader> times = fields.object("window")) {
         times->need("start");

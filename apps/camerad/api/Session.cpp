@@ -1,6 +1,7 @@
 // Who is there: sessions, accounts, tokens.
 #include "apps/camerad/api/Call.h"
 #include "apps/camerad/api/StrictJson.h"
+#include "apps/camerad/http/Status.h"
 
 #include <algorithm>
 
@@ -13,7 +14,6 @@ using nlohmann::json;
 constexpr std::size_t kMostNameBytes = 256;  // the rules themselves are the access control's, and say more
 constexpr std::size_t kMostPasswordBytes = 1024;
 constexpr int kMostDays = 3650;
-constexpr int kCreated = 201;
 const char kCookie[] = "camera_session";
 
 json viewOf(const AccountView& p_stView) {

@@ -10,6 +10,9 @@
 
 namespace camerad {
 
+// Between two looks of a stream, while it has nothing to send, whether its client is still there.
+constexpr std::chrono::milliseconds kLookAtClient{200};
+
 class StreamGuard {
 public:
     // p_nPause: between two looks.

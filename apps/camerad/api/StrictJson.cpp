@@ -2,6 +2,7 @@
 
 #include "apps/camerad/api/Call.h"
 #include "apps/camerad/http/Problem.h"
+#include "apps/camerad/http/Status.h"
 #include "apps/shared/NearestMatch.h"
 #include "apps/shared/Text.h"
 
@@ -17,10 +18,7 @@ using nlohmann::json;
 constexpr std::size_t kDeepest = 64;      // levels of arrays and objects; no body needs more than four
 constexpr std::size_t kQuotedBytes = 72;  // of a client's text in a refusal
 constexpr std::size_t kMostErrors = 20;   // that one refusal tells
-constexpr int kBadRequest = 400;
-constexpr int kUnsupportedType = 415;
-constexpr int kUnprocessable = 422;
-constexpr int kOverflowId = 406;  // of the parser: a number that no double holds
+constexpr int kOverflowId = 406;          // of the parser: a number that no double holds
 
 [[noreturn]] void refuseText(const std::string& p_strDetail, const std::string& p_strPointer) {
     json document = problemDocument(kBadRequest, "malformed-json", p_strDetail);

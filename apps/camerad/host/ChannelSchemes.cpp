@@ -14,8 +14,7 @@ namespace camerad {
 
 namespace {
 
-constexpr std::size_t kLongestName = 40;  // characters
-constexpr int kRefusedByMedium = 0;       // of SaveResult::Failure
+constexpr int kRefusedByMedium = 0;  // of SaveResult::Failure
 
 const char* followName(int p_nFollow) {
     switch (p_nFollow) {
@@ -273,9 +272,9 @@ void Channel::setWindow(int p_nScheme, const Window& p_stWindow, const Actor& p_
 
 void Channel::setSchemeName(int p_nScheme, const std::string& p_strName, const Actor& p_stActor) {
     requireUserScheme(p_nScheme);
-    if (p_strName.empty() || !isPlainText(p_strName) || charactersOf(p_strName) > kLongestName) {
+    if (p_strName.empty() || !isPlainText(p_strName) || charactersOf(p_strName) > kLongestSchemeName) {
         throw Refusal(Refusal::Kind::BadValue, "bad-value",
-                      "the name of a scheme has 1 to " + std::to_string(kLongestName) +
+                      "the name of a scheme has 1 to " + std::to_string(kLongestSchemeName) +
                           " characters, none of them a control character");
     }
     act([this, p_nScheme, p_strName, p_stActor] {

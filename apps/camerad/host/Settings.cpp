@@ -2,6 +2,7 @@
 
 #include "apps/camerad/host/PlainText.h"
 #include "apps/camerad/host/Refusal.h"
+#include "apps/camerad/host/SchemeRules.h"
 #include "platform/DeviceRoot.h"
 #include "platform/QVFile.h"
 #include "platform/Types.h"
@@ -18,11 +19,10 @@ namespace camerad {
 namespace {
 
 constexpr int kVersion = 1;
-constexpr INT64 kLargest = 256 * 1024;  // bytes; four channels of 32 schemes have a few thousand
+constexpr INT64 kLargestFile = 256 * 1024;  // bytes; four channels of 32 schemes have a few thousand
 
 constexpr int kMostChannels = 4;
-constexpr int kMostSchemes = 32;          // of a channel; the factory's own comes behind them
-constexpr std::size_t kLongestName = 40;  // characters of a scheme's name, as when it is set
+constexpr int kMostSchemes = 32;  // of a channel; the factory's own comes behind them
 
 // Nothing when there is no such file. Throws std::runtime_error when it cannot be read.
 std::optional<std::string> contentOf(const char* p_szFile) {
@@ -34,7 +34,7 @@ std::optional<std::string> contentOf(const char* p_szFile) {
         throw std::runtime_error("it cannot be opened");
     }
     const INT64 nLength = file.getLength();
-    if (nLength < 0 || nLength > kLargest) {
+    if (nLength < 0 || nLength > kLargestFile) {
         throw std::runtime_error("it is larger than any settings file");
     }
     std::string strText(static_cast<std::size_t>(nLength), '\0');
@@ -89,7 +89,7 @@ ChannelSettings channelOf(const nlohmann::json& p_objChannel) {
     settings.nScheme = wholeNumber(p_objChannel.at("scheme"), "a scheme", 0, kMostSchemes);
     for (const auto& [strScheme, name] : objectAt(p_objChannel, "names").items()) {
         const std::string strName = name.get<std::string>();
-        if (strName.empty() || !isPlainText(strName) || charactersOf(strName) > kLongestName) {
+        if (strName.empty() || !isPlainText(strName) || charactersOf(strName) > kLongestSchemeName) {
             throw std::runtime_error("a name of a scheme is empty, too long or has control characters");
         }
         settings.mapNames[numberOfName(strScheme, "a scheme with a name", 0, kMostSchemes)] = strName;

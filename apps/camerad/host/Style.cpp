@@ -16,11 +16,11 @@ namespace camerad {
 
 namespace {
 
-constexpr std::size_t kDeepest = 256;              // levels; what the library takes, too
-constexpr std::size_t kLargest = 4 * 1024 * 1024;  // bytes; real documents have some ten thousand
-constexpr std::size_t kPadding = 16;               // zero bytes behind the text: more than one character can announce
-constexpr std::size_t kLongestText = 4096;         // bytes of a label or a word
-constexpr std::size_t kMostParameters = 1000;      // real documents have about a hundred; each set looks at all of them
+constexpr std::size_t kDeepest = 256;                      // levels; what the library takes, too
+constexpr std::size_t kLargestDocument = 4 * 1024 * 1024;  // bytes; real documents have some ten thousand
+constexpr std::size_t kPadding = 16;           // zero bytes behind the text: more than one character can announce
+constexpr std::size_t kLongestText = 4096;     // bytes of a label or a word
+constexpr std::size_t kMostParameters = 1000;  // real documents have about a hundred; each set looks at all of them
 
 // Attributes that have a member of their own, or that are for the reader of the document only.
 const char* const kOwnWords[] = {"id",  "name", "label", "type",    "unit",   "value",
@@ -187,7 +187,7 @@ Style parseStyleDocument(const std::string& p_strXml) {
     if (p_strXml.empty()) {
         refuse("is empty: it could not be built from the files of the camera");
     }
-    if (p_strXml.size() > kLargest || !apps::isPlainXml(p_strXml, kDeepest)) {
+    if (p_strXml.size() > kLargestDocument || !apps::isPlainXml(p_strXml, kDeepest)) {
         refuse("is no plain XML, or nested too deeply");
     }
     TiXmlDocument document;

@@ -1,6 +1,7 @@
 #include "apps/camerad/http/Answerer.h"
 
 #include "apps/camerad/http/Problem.h"
+#include "apps/camerad/http/Status.h"
 
 #include <algorithm>
 #include <array>
@@ -13,10 +14,6 @@ namespace camerad {
 namespace {
 
 constexpr std::size_t kSlice = 16384;  // bytes that have to be taken within the time for headway
-constexpr int kNoContent = 204;
-constexpr int kNotModified = 304;
-constexpr int kFirstRefusal = 400;
-constexpr int kFailed = 500;
 
 thread_local Exchange* t_pExchange = nullptr;  // that this thread sends the answer of
 

@@ -1,6 +1,7 @@
 #include "apps/camerad/http/ChunkedBody.h"
 
 #include "apps/camerad/http/RequestHead.h"
+#include "apps/camerad/http/Status.h"
 
 #include <algorithm>
 
@@ -8,8 +9,6 @@ namespace camerad {
 
 namespace {
 
-constexpr int kBadRequest = 400;
-constexpr int kTooLarge = 413;
 constexpr std::size_t kLongestLine = 256;
 constexpr std::size_t kMostDigits = 8;
 constexpr std::size_t kFramingPerByte = 8;  // a piece of one byte needs five

@@ -3,6 +3,7 @@
 #include "apps/camerad/http/ChunkedBody.h"
 #include "apps/camerad/http/HostCheck.h"
 #include "apps/camerad/http/Problem.h"
+#include "apps/camerad/http/Status.h"
 
 #include <algorithm>
 
@@ -12,19 +13,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using Outcome = Wire::Outcome;
-
-constexpr int kBadRequest = 400;
-constexpr int kUnauthorised = 401;
-constexpr int kNotFound = 404;
-constexpr int kNoSuchMethod = 405;
-constexpr int kTooSlow = 408;
-constexpr int kTooLarge = 413;
-constexpr int kPathTooLong = 414;
-constexpr int kBadEncoding = 415;
-constexpr int kNotThisHost = 421;
-constexpr int kFieldsTooLarge = 431;
-constexpr int kFailed = 500;
-constexpr int kTooManyStreams = 503;
 
 constexpr std::size_t kReadSize = 4096;
 constexpr char kHandshake = 0x16;       // first byte of a client that speaks TLS
@@ -255,7 +243,8 @@ void Connection::readBody(Request& p_stRequest) {
     }
     if (const std::string encoding = p_stRequest.stRequest.header("content-encoding", "identity");
         "identity" != encoding) {
-        throw HttpRefusal(kBadEncoding, "bad-encoding", "the body has to be sent as it is, without Content-Encoding");
+        throw HttpRefusal(kUnsupportedType, "bad-encoding",
+                          "the body has to be sent as it is, without Content-Encoding");
     }
     const Deadline deadline = Clock::now() + m_stSettings.nBodyTime;
     if (head.bExpectsContinue && m_strIn.empty()) {
@@ -322,7 +311,7 @@ HttpResponse Connection::handle(Request& p_stRequest, bool& p_bStream) {
     if (response.fnStream && "HEAD" != p_stRequest.stHead.strMethod) {
         p_bStream = m_stShared.takeStream();
         if (!p_bStream) {
-            response = problemResponse(kTooManyStreams, "too-many-streams",
+            response = problemResponse(kUnavailable, "too-many-streams",
                                        "there are as many streams as the camera serves at a time: close one");
             response.vecHeaders.emplace_back("Retry-After", std::to_string(kRetrySeconds));
         }

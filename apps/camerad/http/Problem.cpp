@@ -1,20 +1,13 @@
 #include "apps/camerad/http/Problem.h"
 
+#include "apps/camerad/http/Status.h"
+
 #include <algorithm>
 #include <cctype>
 
 namespace camerad {
 
 namespace {
-
-constexpr int kUnauthorised = 401;
-constexpr int kForbidden = 403;
-constexpr int kNotFound = 404;
-constexpr int kConflict = 409;
-constexpr int kTooLarge = 413;
-constexpr int kUnprocessable = 422;
-constexpr int kTooMany = 429;
-constexpr int kFailed = 500;
 
 // "bad-value" is "Bad value" for a person.
 std::string inWords(const std::string& p_strType) {

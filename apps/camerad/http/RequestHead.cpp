@@ -1,5 +1,8 @@
 #include "apps/camerad/http/RequestHead.h"
 
+#include "apps/camerad/http/Status.h"
+#include "apps/shared/Text.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -8,13 +11,6 @@
 namespace camerad {
 
 namespace {
-
-constexpr int kBadRequest = 400;
-constexpr int kPathTooLong = 414;
-constexpr int kBadExpectation = 417;
-constexpr int kFieldsTooLarge = 431;
-constexpr int kNoSuchEncoding = 501;
-constexpr int kNoSuchVersion = 505;
 
 constexpr std::size_t kMostFields = 100;
 constexpr std::size_t kMostQueryWords = 64;
@@ -39,19 +35,12 @@ bool isDigit(char p_cByte) {
     return p_cByte >= '0' && p_cByte <= '9';
 }
 
-char inSmallLetters(char p_cByte) {
+char smallLetter(char p_cByte) {
     return p_cByte >= 'A' && p_cByte <= 'Z' ? static_cast<char>(p_cByte - 'A' + 'a') : p_cByte;
 }
 
-std::string inSmallLetters(std::string p_strText) {
-    for (char& byte : p_strText) {
-        byte = inSmallLetters(byte);
-    }
-    return p_strText;
-}
-
 bool isTokenByte(char p_cByte) {
-    const char small = inSmallLetters(p_cByte);
+    const char small = smallLetter(p_cByte);
     return (small >= 'a' && small <= 'z') || isDigit(p_cByte) ||
            ('\0' != p_cByte && nullptr != std::strchr("!#$%&'*+-.^_`|~", p_cByte));
 }
@@ -61,7 +50,7 @@ bool isToken(const std::string& p_strText) {
 }
 
 int hexDigit(char p_cByte) {
-    const char small = inSmallLetters(p_cByte);
+    const char small = smallLetter(p_cByte);
     if (isDigit(p_cByte)) {
         return p_cByte - '0';
     }
@@ -96,7 +85,7 @@ std::string decoded(const std::string& p_strText, bool p_bForm) {
 }
 
 std::string readPath(const std::string& p_strRaw) {
-    std::string lower = inSmallLetters(p_strRaw);
+    std::string lower = apps::lowerCase(p_strRaw);
     if (std::string::npos != lower.find("%2f")) {
         refuse("bad-target", "a slash inside a part of the path cannot be sent, not even as %2F");
     }
@@ -133,7 +122,7 @@ std::multimap<std::string, std::string> readQuery(const std::string& p_strRaw) {
 
 // The name in "camera:8080" or "[::1]:8080".
 std::string readHost(const std::string& p_strRaw) {
-    const std::string text = inSmallLetters(p_strRaw);
+    const std::string text = apps::lowerCase(p_strRaw);
     const bool bracketed = !text.empty() && '[' == text.front();
     const std::size_t bracket = text.find(']');
     const std::size_t end = bracketed ? (std::string::npos == bracket ? bracket : bracket + 1) : text.find(':');
@@ -170,7 +159,7 @@ void readTarget(const std::string& p_strTarget, std::size_t p_nPathBytes, Reques
     // A client that takes the camera for a proxy names it in the target; that name goes before the Host header.
     for (const char* const scheme : {"http://", "https://"}) {
         const std::size_t length = std::strlen(scheme);
-        if (inSmallLetters(target.substr(0, length)) == scheme) {
+        if (apps::lowerCase(target.substr(0, length)) == scheme) {
             const std::size_t end = target.find_first_of("/?", length);
             p_stHead.strHost = readHost(target.substr(length, std::string::npos == end ? end : end - length));
             target = std::string::npos == end ? "/" : target.substr(end);
@@ -242,7 +231,7 @@ void readField(const std::string& p_strLine, RequestHead& p_stHead) {
         throw HttpRefusal(kFieldsTooLarge, "header-too-large",
                           "the header has more than " + std::to_string(kMostFields) + " fields");
     }
-    p_stHead.mapHeaders.emplace(inSmallLetters(name), value);
+    p_stHead.mapHeaders.emplace(apps::lowerCase(name), value);
 }
 
 // The words of a list that may stand in several fields, in small letters.
@@ -253,7 +242,7 @@ std::vector<std::string> listOf(const RequestHead& p_stHead, const std::string& 
         std::size_t begin = 0;
         for (std::size_t end = 0; std::string::npos != end; begin = end + 1) {
             end = field->second.find(',', begin);
-            words.push_back(inSmallLetters(
+            words.push_back(apps::lowerCase(
                 withoutBlanks(field->second.substr(begin, std::string::npos == end ? end : end - begin))));
         }
     }
@@ -326,7 +315,7 @@ void readFields(RequestHead& p_stHead) {
     }
     readLength(p_stHead);
     if (has(p_stHead, "expect")) {
-        if (inSmallLetters(valueOf(p_stHead, "expect")) != "100-continue") {
+        if (apps::lowerCase(valueOf(p_stHead, "expect")) != "100-continue") {
             throw HttpRefusal(kBadExpectation, "bad-expectation", "the only Expect taken is 100-continue");
         }
         p_stHead.bExpectsContinue = !p_stHead.bOldProtocol;

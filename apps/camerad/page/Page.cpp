@@ -1,6 +1,7 @@
 #include "apps/camerad/page/Page.h"
 
 #include "apps/camerad/http/Problem.h"
+#include "apps/shared/Text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -31,12 +32,6 @@ std::string trimmed(std::string_view p_strText) {
     return std::string(p_strText);
 }
 
-std::string inSmallLetters(std::string p_strText) {
-    std::transform(p_strText.begin(), p_strText.end(), p_strText.begin(),
-                   [](char p_cByte) { return static_cast<char>(std::tolower(static_cast<unsigned char>(p_cByte))); });
-    return p_strText;
-}
-
 // What stands between the marks.
 std::vector<std::string> partsOf(const std::string& p_strText, char p_cMark) {
     std::vector<std::string> parts;
@@ -63,7 +58,7 @@ int qualityOf(const std::string& p_strDigits) {
 
 int qualityAmong(const std::vector<std::string>& p_vecParameters) {
     for (const std::string& parameter : p_vecParameters) {
-        const std::string word = inSmallLetters(parameter);
+        const std::string word = apps::lowerCase(parameter);
         if (0 == word.rfind("q=", 0)) {
             return qualityOf(word.substr(2));
         }
@@ -79,7 +74,7 @@ Taken readAcceptEncoding(const std::string& p_strHeader) {
     Taken taken;
     for (const std::string& element : partsOf(p_strHeader, ',')) {
         const std::vector<std::string> words = partsOf(element, ';');
-        const std::string coding = inSmallLetters(words.front());
+        const std::string coding = apps::lowerCase(words.front());
         const int quality = qualityAmong({words.begin() + 1, words.end()});
         if ("gzip" == coding || "x-gzip" == coding) {
             taken.packed = quality;

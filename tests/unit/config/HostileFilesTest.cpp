@@ -10,7 +10,7 @@
 
 namespace {
 
-const messages::Place kPlace{"sensor.cpp", "initSysConf"};
+const messages::Place kStart{"sensor.cpp", "initSysConf"};
 const messages::Place kLengthPlace{"SensorFile.cpp", "getFileLen"};
 const messages::Place kMergePlace{"SensorFile.cpp", "mergeStyle"};
 constexpr char kBaseFailed[] =
@@ -39,7 +39,7 @@ TEST_F(HostileFiles, WithoutABaseStyleAreReportedAndTheMergeHasNothingToParse) {
     m_objRoot.remove(base(".xml"));
     const std::string strShown = messages::anyLine(init());
     const std::string strName = base(".xml");
-    EXPECT_EQ(0u, strShown.find(noLength(strName) + noLength(strName) + messages::assertion(kPlace, kBaseFailed) +
+    EXPECT_EQ(0u, strShown.find(noLength(strName) + noLength(strName) + messages::assertion(kStart, kBaseFailed) +
                                 messages::assertion(kMergePlace, kBaseNotParsed)))
         << strShown;
     EXPECT_FALSE(styleHas("<style"));
@@ -50,7 +50,7 @@ TEST_F(HostileFiles, WithoutADiversityDocumentAreReportedAndTheBaseStyleStays) {
     m_objRoot.remove(diversity(".xml"));
     const std::string strShown = messages::anyLine(init());
     const std::string strName = diversity(".xml");
-    EXPECT_EQ(0u, strShown.find(noLength(strName) + noLength(strName) + messages::assertion(kPlace, kDiversityFailed) +
+    EXPECT_EQ(0u, strShown.find(noLength(strName) + noLength(strName) + messages::assertion(kStart, kDiversityFailed) +
                                 messages::assertion(kMergePlace, kDiversityNotParsed)))
         << strShown;
     EXPECT_TRUE(styleHas("from=\"Style.xml\"")) << style();
@@ -62,8 +62,8 @@ TEST_F(HostileFiles, ThatAreAllMissingAreSurvived) {
     m_objRoot.remove("/mnt/mtd/code");
     m_objRoot.remove("/tmp");
     const std::string strShown = messages::anyLine(init());
-    EXPECT_NE(std::string::npos, strShown.find(messages::assertion(kPlace, kBaseFailed)));
-    EXPECT_NE(std::string::npos, strShown.find(messages::assertion(kPlace, kDiversityFailed)));
+    EXPECT_NE(std::string::npos, strShown.find(messages::assertion(kStart, kBaseFailed)));
+    EXPECT_NE(std::string::npos, strShown.find(messages::assertion(kStart, kDiversityFailed)));
     EXPECT_STREQ("xxx", m_stSysConf.moduleConfig.szLabel);
     EXPECT_EQ(2u, m_stSysConf.nSchemeSum);
     expectReadable();
@@ -74,14 +74,14 @@ TEST_F(HostileFiles, ThatAreEmptyAreReportedAsNotLoaded) {
     m_objRoot.write(diversity(".xml"), "");
     const std::string strShown = messages::anyLine(init());
     EXPECT_EQ(0u,
-              strShown.find(messages::assertion(kPlace, kBaseFailed) + messages::assertion(kPlace, kDiversityFailed)));
+              strShown.find(messages::assertion(kStart, kBaseFailed) + messages::assertion(kStart, kDiversityFailed)));
     expectReadable();
 }
 
 TEST_F(HostileFiles, ThatAreFoldersAreReportedAsNotLoaded) {
     m_objRoot.remove(base(".xml"));
     m_objRoot.makeFolder(base(".xml"));
-    EXPECT_NE(std::string::npos, messages::anyLine(init()).find(messages::assertion(kPlace, kBaseFailed)));
+    EXPECT_NE(std::string::npos, messages::anyLine(init()).find(messages::assertion(kStart, kBaseFailed)));
     expectReadable();
 }
 
@@ -144,7 +144,7 @@ TEST_F(HostileFiles, LongerThanAReadCountsAreReportedAsNotLoaded) {
     const std::string strPath = m_objRoot.path() + diversity(".xml");
     for (const std::uintmax_t nLength : {std::uintmax_t{1} << 31, (std::uintmax_t{1} << 32) + 4}) {
         std::filesystem::resize_file(strPath, nLength);
-        EXPECT_NE(std::string::npos, messages::anyLine(init()).find(messages::assertion(kPlace, kDiversityFailed)));
+        EXPECT_NE(std::string::npos, messages::anyLine(init()).find(messages::assertion(kStart, kDiversityFailed)));
         EXPECT_TRUE(styleHas("from=\"Style.xml\"")) << style();
     }
 }

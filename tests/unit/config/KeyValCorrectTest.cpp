@@ -15,7 +15,7 @@
 
 namespace {
 
-const messages::Place kPlace{"SensorKeyVal.cpp", "keyval_correct"};
+const messages::Place kCorrection{"SensorKeyVal.cpp", "keyval_correct"};
 constexpr char kListFailed[] =
     "QVS_SUCCESS == ia_ioctrl_v2(p_nChannel_id, IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, "
     "(void*)(&dnaCmdList))";
@@ -143,7 +143,7 @@ TEST_F(KeyValCorrect, TracesEachValueBeforeAndAfterAboveLevelFive) {
     m_objCamera.dynamicCommands({50});
     corrects(50, 12);
     m_objRoot.debugLevel(6);
-    EXPECT_EQ(messages::debug(kPlace, "before correct: (50,-3)\n") + messages::trace("after correct: (50,12)\n"),
+    EXPECT_EQ(messages::debug(kCorrection, "before correct: (50,-3)\n") + messages::trace("after correct: (50,12)\n"),
               messages::anyLine(outputOf([&] { keyval_correct(0, set(), kSum); })));
     m_objRoot.debugLevel(5);
     EXPECT_EQ("", outputOf([&] { keyval_correct(0, set(), kSum); }));
@@ -154,15 +154,15 @@ TEST_F(KeyValCorrect, TracesEachValueBeforeAndAfterAboveLevelFive) {
 TEST_F(KeyValCorrect, OfANullArrayIsReportedAndCorrectsNothing) {
     m_objCamera.dynamicCommands({49, 50});
     const std::string strShown = outputOf([] { EXPECT_EQ(QVS_SUCCESS, keyval_correct(0, nullptr, 5)); });
-    EXPECT_EQ(messages::assertion(kPlace, "NULL != p_pKeyval"), messages::anyLine(strShown));
-    EXPECT_EQ(messages::loggedAssertion(kPlace, "NULL != p_pKeyval"), messages::anyLine(m_objRoot.errorLog()));
+    EXPECT_EQ(messages::assertion(kCorrection, "NULL != p_pKeyval"), messages::anyLine(strShown));
+    EXPECT_EQ(messages::loggedAssertion(kCorrection, "NULL != p_pKeyval"), messages::anyLine(m_objRoot.errorLog()));
     EXPECT_EQ("ia ch0 commands\n", m_objCamera.text());
 }
 
 TEST_F(KeyValCorrect, WithoutAListIsReportedAndCorrectsNothing) {
     m_objCamera.driverFails(IA_CMD_DYNAMIC_PARAMS_CMDS_GET, IA_CMD_OPT_GET, IA_ERR_HARDWARE);
     const std::string strShown = outputOf([&] { EXPECT_EQ(QVS_SUCCESS, keyval_correct(0, set(), kSum)); });
-    EXPECT_EQ(messages::assertion(kPlace, kListFailed), messages::anyLine(strShown));
+    EXPECT_EQ(messages::assertion(kCorrection, kListFailed), messages::anyLine(strShown));
     EXPECT_EQ("ia ch0 commands failed -3\n", m_objCamera.text());
 }
 
@@ -170,7 +170,7 @@ TEST_F(KeyValCorrect, GoesOnWithWhatAFailedRequestLeftInTheList) {
     lists(1, {49}, IA_ERR_BUSY);
     corrects(49, 9);
     const std::string strShown = outputOf([&] { EXPECT_EQ(QVS_SUCCESS, keyval_correct(0, set(), kSum)); });
-    EXPECT_EQ(messages::assertion(kPlace, kListFailed), messages::anyLine(strShown));
+    EXPECT_EQ(messages::assertion(kCorrection, kListFailed), messages::anyLine(strShown));
     EXPECT_EQ(9u, set()[0].value);
 }
 
@@ -179,8 +179,8 @@ TEST_F(KeyValCorrect, GoesOnBehindACorrectionThatFails) {
     m_objCamera.driverFails(49, IA_CMD_OPT_CORRECT_PARAM, IA_ERR_INVALID_VALUE);
     corrects(50, 12);
     const std::string strShown = outputOf([&] { EXPECT_EQ(QVS_SUCCESS, keyval_correct(0, set(), kSum)); });
-    EXPECT_EQ(messages::assertion(kPlace, kCorrectionFailed), messages::anyLine(strShown));
-    EXPECT_EQ(messages::loggedAssertion(kPlace, kCorrectionFailed), messages::anyLine(m_objRoot.errorLog()));
+    EXPECT_EQ(messages::assertion(kCorrection, kCorrectionFailed), messages::anyLine(strShown));
+    EXPECT_EQ(messages::loggedAssertion(kCorrection, kCorrectionFailed), messages::anyLine(m_objRoot.errorLog()));
     EXPECT_EQ(7u, set()[0].value);
     EXPECT_EQ(12u, set()[1].value);
 }
@@ -189,8 +189,8 @@ TEST_F(KeyValCorrect, TracesAValueThatCouldNotBeCorrectedToo) {
     m_objCamera.dynamicCommands({49});
     m_objCamera.driverFails(49, IA_CMD_OPT_CORRECT_PARAM, IA_ERR_INVALID_VALUE);
     m_objRoot.debugLevel(6);
-    EXPECT_EQ(messages::debug(kPlace, "before correct: (49,7)\n") + messages::assertion(kPlace, kCorrectionFailed) +
-                  messages::trace("after correct: (49,7)\n"),
+    EXPECT_EQ(messages::debug(kCorrection, "before correct: (49,7)\n") +
+                  messages::assertion(kCorrection, kCorrectionFailed) + messages::trace("after correct: (49,7)\n"),
               messages::anyLine(outputOf([&] { keyval_correct(0, set(), kSum); })));
 }
 
@@ -200,7 +200,7 @@ TEST_F(KeyValCorrect, MeantACommandThatTheSetLacksCorrectsTheRecordInFrontOfIt) 
     corrects(1537, 45);
     corrects(49, 9);
     const std::string strShown = outputOf([&] { EXPECT_EQ(QVS_SUCCESS, keyval_correct(0, set(), kSum)); });
-    EXPECT_EQ(messages::assertion(kPlace, "-1 != index"), messages::anyLine(strShown));
+    EXPECT_EQ(messages::assertion(kCorrection, "-1 != index"), messages::anyLine(strShown));
     EXPECT_EQ(
         "ia ch0 commands\n"
         "ia ch0 correct 1537: 44 -> 45\n"
@@ -222,7 +222,7 @@ TEST_F(KeyValCorrect, DoesNotLookForACommandInTheRecordInFront) {
 TEST_F(KeyValCorrect, OfNoRecordsFindsNoCommand) {
     m_objCamera.dynamicCommands({49});
     const std::string strShown = outputOf([&] { EXPECT_EQ(QVS_SUCCESS, keyval_correct(0, set(), 0)); });
-    EXPECT_EQ(messages::assertion(kPlace, "-1 != index"), messages::anyLine(strShown));
+    EXPECT_EQ(messages::assertion(kCorrection, "-1 != index"), messages::anyLine(strShown));
     EXPECT_EQ("ia ch0 commands\nia ch0 correct 0: 0 -> 0\n", m_objCamera.text());
     EXPECT_EQ(7u, set()[0].value);
 }

@@ -12,23 +12,23 @@
 
 namespace {
 
-using Pairs = std::vector<std::pair<int, int>>;
+using IntPairs = std::vector<std::pair<int, int>>;
 
 // What the text yields, in an array that has room for no record more than it has to.
-Pairs read(const std::string& p_strText) {
+IntPairs read(const std::string& p_strText) {
     const u32 nRoom = keyval_room(p_strText);
     std::vector<KeyVal> vecRecords(nRoom);
     u32 nCount = 0xFFFFFFFFu;
     keyval_str2st(p_strText, vecRecords.data(), &nCount);
     EXPECT_LE(nCount, nRoom) << p_strText;
-    Pairs pairs;
+    IntPairs pairs;
     for (u32 i = 0; i < nCount && i < nRoom; ++i) {
         pairs.emplace_back(static_cast<int>(vecRecords[i].key), static_cast<int>(vecRecords[i].value));
     }
     return pairs;
 }
 
-std::string written(const Pairs& p_vecPairs) {
+std::string written(const IntPairs& p_vecPairs) {
     std::vector<KeyVal> vecRecords;
     for (const auto& [nKey, nValue] : p_vecPairs) {
         vecRecords.push_back({static_cast<u32>(nKey), static_cast<u32>(nValue)});
@@ -40,7 +40,7 @@ std::string written(const Pairs& p_vecPairs) {
 
 struct TextRow {
     std::string strText;
-    Pairs pairs;
+    IntPairs pairs;
 };
 
 void expectRows(const std::vector<TextRow>& p_vecRows) {
@@ -166,22 +166,22 @@ TEST(KeyValText, OfNoRecordsLeavesTheStringAlone) {
 }
 
 TEST(KeyValText, HoldsTheWidestNumbersWhole) {
-    constexpr int kMost = std::numeric_limits<int>::max();
-    constexpr int kLeast = std::numeric_limits<int>::min();
-    EXPECT_EQ("(-2147483648,-2147483648)", written({{kLeast, kLeast}}));
-    const Pairs pairs = {{kLeast, kLeast}, {kMost, kMost}, {kLeast, 0}, {-1, kLeast}};
+    constexpr int kHighest = std::numeric_limits<int>::max();
+    constexpr int kLowest = std::numeric_limits<int>::min();
+    EXPECT_EQ("(-2147483648,-2147483648)", written({{kLowest, kLowest}}));
+    const IntPairs pairs = {{kLowest, kLowest}, {kHighest, kHighest}, {kLowest, 0}, {-1, kLowest}};
     EXPECT_EQ(pairs, read(written(pairs)));
 }
 
 TEST(KeyValText, OfANegativeNumberSurvivesWritingAndReading) {
     EXPECT_EQ("(8,-1)", written({{8, -1}}));
-    EXPECT_EQ((Pairs{{8, -1}}), read("(8,-1)"));
+    EXPECT_EQ((IntPairs{{8, -1}}), read("(8,-1)"));
 }
 
 TEST(KeyValText, OfAnyRecordsIsReadBackAsTheyWere) {
     std::mt19937 random(1);
     for (int nRound = 0; nRound < 200; ++nRound) {
-        Pairs pairs;
+        IntPairs pairs;
         for (std::size_t n = random() % 200; n > 0; --n) {
             // Narrow and wide numbers of both signs.
             pairs.emplace_back(static_cast<int>(static_cast<u32>(random())) >> random() % 32,
@@ -195,7 +195,7 @@ TEST(KeyValText, OfAnyRecordsIsReadBackAsTheyWere) {
 
 TEST(KeyValText, YieldsEveryPairOfALongText) {
     std::string strText;
-    Pairs pairs;
+    IntPairs pairs;
     for (int i = 0; i < 20000; ++i) {
         strText += "(" + std::to_string(i) + "," + std::to_string(-i) + ")";
         pairs.emplace_back(i, -i);
@@ -205,14 +205,14 @@ TEST(KeyValText, YieldsEveryPairOfALongText) {
 
 TEST(KeyValText, MayHoldALongStretchWithoutAPair) {
     const std::string strLong(200000, ' ');
-    EXPECT_EQ((Pairs{{1, 2}}), read(strLong + "(1," + strLong + "2" + strLong + ")" + strLong));
-    EXPECT_EQ(Pairs(), read(std::string(200000, '(')));
-    EXPECT_EQ(Pairs(), read(std::string(200000, ')')));
+    EXPECT_EQ((IntPairs{{1, 2}}), read(strLong + "(1," + strLong + "2" + strLong + ")" + strLong));
+    EXPECT_EQ(IntPairs(), read(std::string(200000, '(')));
+    EXPECT_EQ(IntPairs(), read(std::string(200000, ')')));
 }
 
 TEST(KeyValText, OfNumbersThatNoWordHoldsStillYieldsItsRecords) {
     const std::string strDigits(5000, '9');
-    const Pairs pairs = read("(1,2)(" + strDigits + ",3)(4,-" + strDigits + ")(5,6)");
+    const IntPairs pairs = read("(1,2)(" + strDigits + ",3)(4,-" + strDigits + ")(5,6)");
     ASSERT_EQ(4u, pairs.size());
     EXPECT_EQ(std::make_pair(1, 2), pairs[0]);
     EXPECT_EQ(3, pairs[1].second);

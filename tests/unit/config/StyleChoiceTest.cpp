@@ -9,7 +9,7 @@
 
 namespace {
 
-const messages::Place kPlace{"sensor.cpp", "initSysConf"};
+const messages::Place kStyleChoice{"sensor.cpp", "initSysConf"};
 constexpr char kTypeFailed[] =
     "DeviceType::IPCAMERA == p_stSysConf->nDeviceType || DeviceType::FACE_DETECT == p_stSysConf->nDeviceType || "
     "DeviceType::VEHICLE_DETECT == p_stSysConf->nDeviceType || DeviceType::AIMULTI_OBJECT_DETECT == "
@@ -84,8 +84,8 @@ TEST_F(StyleChoice, OfADomesSecondChannelIsTheDomePair) {
 TEST_F(StyleChoice, OfAnUnknownDeviceIsReportedAndTheDomePair) {
     deviceType("2");
     const std::string strDetail = "machineinfo, devicetype(2) error, must be 1 or 4 or 8 or 9 or 13\n";
-    EXPECT_EQ(messages::assertion(kPlace, kTypeFailed) + messages::detail(strDetail), messages::anyLine(init(1)));
-    EXPECT_EQ(messages::loggedAssertion(kPlace, kTypeFailed) + messages::loggedDetail(strDetail),
+    EXPECT_EQ(messages::assertion(kStyleChoice, kTypeFailed) + messages::detail(strDetail), messages::anyLine(init(1)));
+    EXPECT_EQ(messages::loggedAssertion(kStyleChoice, kTypeFailed) + messages::loggedDetail(strDetail),
               messages::anyLine(m_objRoot.errorLog()));
     EXPECT_EQ(2u, m_stSysConf.nDeviceType);
     EXPECT_TRUE(styleHas("\"Style_dome.xml\"") && styleHas("\"StyleDiversity_dome.xml\"")) << style();
@@ -105,7 +105,7 @@ TEST_F(StyleChoice, ReportsEveryTypeThatIsNotAccepted) {
 
 TEST_F(StyleChoice, MeantTheReportNamesAnOlderListAndTheTypeAsASignedNumber) {
     deviceType("4294967295");
-    EXPECT_EQ(messages::assertion(kPlace, kTypeFailed) +
+    EXPECT_EQ(messages::assertion(kStyleChoice, kTypeFailed) +
                   messages::detail("machineinfo, devicetype(-1) error, must be 1 or 4 or 8 or 9 or 13\n"),
               messages::anyLine(init()));
     EXPECT_EQ(0xFFFFFFFFu, m_stSysConf.nDeviceType);
@@ -114,10 +114,10 @@ TEST_F(StyleChoice, MeantTheReportNamesAnOlderListAndTheTypeAsASignedNumber) {
 
 TEST_F(StyleChoice, WithoutMachineInformationIsReportedTwiceAndTheDomePair) {
     m_objRoot.remove(kMachineInfo);
-    EXPECT_EQ(messages::assertion(kPlace,
+    EXPECT_EQ(messages::assertion(kStyleChoice,
                                   "SystemInfoParser::parseMachineInfo(\"/mnt/mtd/code/factory_setting/"
                                   "machineinfo.ini\", machineInfo)") +
-                  messages::assertion(kPlace, kTypeFailed) +
+                  messages::assertion(kStyleChoice, kTypeFailed) +
                   messages::detail("machineinfo, devicetype(0) error, must be 1 or 4 or 8 or 9 or 13\n"),
               messages::anyLine(init()));
     EXPECT_EQ(0u, m_stSysConf.nDeviceType);

@@ -15,8 +15,8 @@
 
 namespace {
 
-constexpr char kSourceFile[] = "Camera.cpp";
-const std::string kSignFile = "/mnt/mtd/sign/Debug.sign";
+constexpr char kLevelSource[] = "Camera.cpp";
+const std::string kLevelSign = "/mnt/mtd/sign/Debug.sign";
 
 // Taken before main, so before anything could refresh them.
 const int g_nLevelAtStart = g_nDebugLevel;
@@ -28,7 +28,7 @@ protected:
         g_nDebugLevel = p_nLevel;
         g_bEnAssert = p_bAssert;
     }
-    std::string hostPath() const { return platform::devicePath(kSignFile); }
+    std::string hostPath() const { return platform::devicePath(kLevelSign); }
 
     TestRoot m_objRoot;
 };
@@ -101,7 +101,7 @@ TEST_F(DebugLevel, FollowsTheTwoLinesOfTheSignFile) {
         {"bytes of no text", "\xff\xfe\n\xff\n", 0, false},
     };
     for (const SignRow& row : rows) {
-        m_objRoot.write(kSignFile, row.strContent);
+        m_objRoot.write(kLevelSign, row.strContent);
         setWords(-5, !row.bAssert);
         updateDebugLevel();
         EXPECT_EQ(row.nLevel, g_nDebugLevel) << row.szWhat;
@@ -110,12 +110,12 @@ TEST_F(DebugLevel, FollowsTheTwoLinesOfTheSignFile) {
 }
 
 TEST_F(DebugLevel, OfAVeryLongLineIsItsNumber) {
-    m_objRoot.write(kSignFile, std::string(60000, '0') + "6\n1\n");
+    m_objRoot.write(kLevelSign, std::string(60000, '0') + "6\n1\n");
     updateDebugLevel();
     EXPECT_EQ(6, g_nDebugLevel);
     EXPECT_TRUE(g_bEnAssert);
 
-    m_objRoot.write(kSignFile, std::string(1 << 20, '9'));
+    m_objRoot.write(kLevelSign, std::string(1 << 20, '9'));
     updateDebugLevel();
     EXPECT_EQ(std::numeric_limits<int>::max(), g_nDebugLevel);
 }
@@ -135,12 +135,12 @@ TEST_F(DebugLevel, StaysWhenTheSignFileCannotBeOpened) {
 
 TEST_F(DebugLevel, TakesAFolderOrALinkToNothingForNoSignFile) {
     setWords(5, true);
-    m_objRoot.makeFolder(kSignFile);
+    m_objRoot.makeFolder(kLevelSign);
     updateDebugLevel();
     EXPECT_EQ(1, g_nDebugLevel);
     EXPECT_FALSE(g_bEnAssert);
 
-    m_objRoot.remove(kSignFile);
+    m_objRoot.remove(kLevelSign);
     ASSERT_EQ(0, symlink("nothing", hostPath().c_str()));
     setWords(5, true);
     updateDebugLevel();
@@ -154,7 +154,7 @@ TEST_F(DebugLevel, ReturnsToOneWhenTheSignFileIsRemoved) {
     EXPECT_EQ(7, g_nDebugLevel);
     EXPECT_TRUE(g_bEnAssert);
 
-    m_objRoot.remove(kSignFile);
+    m_objRoot.remove(kLevelSign);
     updateDebugLevel();
     EXPECT_EQ(1, g_nDebugLevel);
     EXPECT_FALSE(g_bEnAssert);
@@ -163,7 +163,7 @@ TEST_F(DebugLevel, ReturnsToOneWhenTheSignFileIsRemoved) {
 TEST_F(DebugLevel, IsReadAgainEachTimeEvenWhenSizeAndDateOfTheFileAreTheSame) {
     const timespec dates[2] = {{1000000000, 0}, {1000000000, 0}};
     for (const int nLevel : {6, 4, 7, 0, 6}) {
-        m_objRoot.write(kSignFile, std::to_string(nLevel) + "\n");
+        m_objRoot.write(kLevelSign, std::to_string(nLevel) + "\n");
         ASSERT_EQ(0, utimensat(AT_FDCWD, hostPath().c_str(), dates, 0));
         updateDebugLevel();
         EXPECT_EQ(nLevel, g_nDebugLevel);
@@ -192,11 +192,11 @@ TEST_F(DebugLevel, IsRefreshedByEveryMessageAlsoByOneThatIsNotShown) {
 
 TEST_F(DebugLevel, NeverWritesTheSignFile) {
     outputOf([] { SENSOR_ERR("text\n"); });
-    EXPECT_FALSE(m_objRoot.exists(kSignFile));
+    EXPECT_FALSE(m_objRoot.exists(kLevelSign));
 
-    m_objRoot.write(kSignFile, "6x\r\n0");
+    m_objRoot.write(kLevelSign, "6x\r\n0");
     outputOf([] { SENSOR_ERR("text\n"); });
-    EXPECT_EQ("6x\r\n0", m_objRoot.read(kSignFile));
+    EXPECT_EQ("6x\r\n0", m_objRoot.read(kLevelSign));
 }
 
 TEST_F(DebugLevel, IsOneOfTheLevelsThatWereWrittenWhileSeveralThreadsRefreshIt) {

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr char kSourceFile[] = "Camera.cpp";
+constexpr char kLogSource[] = "Camera.cpp";
 const std::string kLog = "/mnt/mtd/log/SensorError.log";
 
 bool check(bool p_bHolds) {
@@ -43,12 +43,12 @@ protected:
 TEST_F(ErrorLog, HoldsTheHeaderAndThenTheTextOfAWarning) {
     m_objRoot.debugLevel(4);
     outputOf([] { SENSOR_WARN_AT(77, "lens %d\n", 3); });
-    EXPECT_EQ(messages::loggedWarning({kSourceFile, "operator()", "77"}, "lens 3\n"), m_objRoot.errorLog());
+    EXPECT_EQ(messages::loggedWarning({kLogSource, "operator()", "77"}, "lens 3\n"), m_objRoot.errorLog());
 }
 
 TEST_F(ErrorLog, HoldsTheDetailOfAnAssertionWithoutASecondHeader) {
     outputOf([] { checkPosition(false, 12); });
-    EXPECT_EQ(messages::loggedAssertion({kSourceFile, "checkPosition"}, "lens fits") +
+    EXPECT_EQ(messages::loggedAssertion({kLogSource, "checkPosition"}, "lens fits") +
                   messages::loggedDetail("position(12)\n"),
               messages::anyLine(m_objRoot.errorLog()));
 }
@@ -66,12 +66,12 @@ TEST_F(ErrorLog, IsOpenedAnewForEveryMessage) {
     outputOf([] { check(false); });
     m_objRoot.remove(kLog);
     outputOf([] { check(false); });
-    EXPECT_EQ(messages::loggedAssertion({kSourceFile, "check"}, "lens fits"), messages::anyLine(m_objRoot.errorLog()));
+    EXPECT_EQ(messages::loggedAssertion({kLogSource, "check"}, "lens fits"), messages::anyLine(m_objRoot.errorLog()));
 
     m_objRoot.remove("/mnt/mtd/log");
     m_objRoot.makeFolder("/mnt/mtd/log");
     outputOf([] { check(false); });
-    EXPECT_EQ(messages::loggedAssertion({kSourceFile, "check"}, "lens fits"), messages::anyLine(m_objRoot.errorLog()));
+    EXPECT_EQ(messages::loggedAssertion({kLogSource, "check"}, "lens fits"), messages::anyLine(m_objRoot.errorLog()));
 }
 
 std::ptrdiff_t openFiles() {
@@ -93,14 +93,14 @@ TEST_F(ErrorLog, IsNotKeptOpenNorIsTheSignFile) {
 
 TEST_F(ErrorLog, MayBeMissingWithoutHarm) {
     m_objRoot.remove("/mnt/mtd/log");
-    EXPECT_EQ(messages::assertion({kSourceFile, "check"}, "lens fits"),
+    EXPECT_EQ(messages::assertion({kLogSource, "check"}, "lens fits"),
               messages::anyLine(outputOf([] { EXPECT_FALSE(check(false)); })));
     EXPECT_FALSE(m_objRoot.exists(kLog));
 }
 
 TEST_F(ErrorLog, MayBeAFolderWithoutHarm) {
     m_objRoot.makeFolder(kLog);
-    EXPECT_EQ(messages::assertion({kSourceFile, "check"}, "lens fits"),
+    EXPECT_EQ(messages::assertion({kLogSource, "check"}, "lens fits"),
               messages::anyLine(outputOf([] { EXPECT_FALSE(check(false)); })));
 }
 

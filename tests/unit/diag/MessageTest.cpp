@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr char kSourceFile[] = "Camera.cpp";
+constexpr char kMessageSource[] = "Camera.cpp";
 
 void warn() {
     SENSOR_WARN("lens %d of %s\n", 3, "four");
@@ -45,12 +45,12 @@ const std::string kText = "lens 3 of four\n";
 
 std::vector<Kind> kinds() {
     return {
-        {"assertion", assertion, 0, messages::assertion({kSourceFile, "assertion"}, "lens fits"), true},
-        {"warning", warn, 4, messages::warning({kSourceFile, "warn"}, kText), true},
-        {"error", err, 6, messages::error({kSourceFile, "err"}, kText), false},
-        {"debug", dbg, 6, messages::debug({kSourceFile, "dbg"}, kText), false},
+        {"assertion", assertion, 0, messages::assertion({kMessageSource, "assertion"}, "lens fits"), true},
+        {"warning", warn, 4, messages::warning({kMessageSource, "warn"}, kText), true},
+        {"error", err, 6, messages::error({kMessageSource, "err"}, kText), false},
+        {"debug", dbg, 6, messages::debug({kMessageSource, "dbg"}, kText), false},
         {"trace", trace, 6, messages::trace(kText), false},
-        {"dump", info, 7, messages::info({kSourceFile, "info"}, kText), false},
+        {"dump", info, 7, messages::info({kMessageSource, "info"}, kText), false},
     };
 }
 
@@ -84,7 +84,8 @@ TEST(Message, GoesByLevelOneWithoutASignFile) {
         const std::string strExpected = 1 >= kind.nLowestLevel ? kind.strShown : "";
         EXPECT_EQ(strExpected, messages::anyLine(outputOf(kind.pfnSay))) << kind.szName;
     }
-    EXPECT_EQ(messages::loggedAssertion({kSourceFile, "assertion"}, "lens fits"), messages::anyLine(root.errorLog()));
+    EXPECT_EQ(messages::loggedAssertion({kMessageSource, "assertion"}, "lens fits"),
+              messages::anyLine(root.errorLog()));
 }
 
 TEST(Message, GoesByTheWordsOfBeforeWhenTheSignFileCannotBeOpened) {
@@ -161,7 +162,7 @@ TEST(Message, MayBeLong) {
     EXPECT_EQ(strLong, outputOf([&] { SENSOR_PRINT("%s", strLong.c_str()); }));
 
     // The log cuts an entry to the size of one of its files.
-    EXPECT_EQ(messages::warning({kSourceFile, "operator()"}, strLong),
+    EXPECT_EQ(messages::warning({kMessageSource, "operator()"}, strLong),
               messages::anyLine(outputOf([&] { SENSOR_WARN("%s", strLong.c_str()); })));
     EXPECT_EQ(10240u, root.read("/mnt/mtd/log/SensorError.log").size());
 }
@@ -175,7 +176,7 @@ TEST(Message, KeepsAZeroByteAndWhatFollowsOnStandardOutput) {
 TEST(Message, WhoseValuesCannotBeFormattedStillHasItsHeader) {
     const TestRoot root;
     root.debugLevel(6);
-    EXPECT_EQ(messages::error({kSourceFile, "operator()"}, ""),
+    EXPECT_EQ(messages::error({kMessageSource, "operator()"}, ""),
               messages::anyLine(outputOf([] { SENSOR_ERR("%ls\n", L"\x20AC"); })));
 }
 
@@ -190,7 +191,8 @@ TEST(Message, IsDroppedWhenStandardOutputIsClosedAndStillLogged) {
     SENSOR_PRINT("text");
     ASSERT_EQ(STDOUT_FILENO, dup2(nSaved, STDOUT_FILENO));
     close(nSaved);
-    EXPECT_EQ(messages::loggedAssertion({kSourceFile, "assertion"}, "lens fits"), messages::anyLine(root.errorLog()));
+    EXPECT_EQ(messages::loggedAssertion({kMessageSource, "assertion"}, "lens fits"),
+              messages::anyLine(root.errorLog()));
 }
 
 TEST(Message, IsCutWhereTheMediumOfStandardOutputIsFull) {

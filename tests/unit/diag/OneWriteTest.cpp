@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr char kSourceFile[] = "Camera.cpp";
+constexpr char kWriterSource[] = "Camera.cpp";
 
 void sayEverything(int p_nThread, int p_nNumber) {
     SENSOR_WARN("warning %d of %d\n", p_nNumber, p_nThread);
@@ -29,7 +29,7 @@ void sayEverything(int p_nThread, int p_nNumber) {
 }
 
 std::vector<std::string> everything(int p_nThread, int p_nNumber) {
-    const messages::Place stPlace{kSourceFile, "sayEverything"};
+    const messages::Place stPlace{kWriterSource, "sayEverything"};
     const std::string strNumbers = std::to_string(p_nNumber) + " of " + std::to_string(p_nThread) + "\n";
     return {messages::warning(stPlace, "warning " + strNumbers), messages::error(stPlace, "error " + strNumbers),
             messages::debug(stPlace, "debug " + strNumbers),     messages::trace("trace " + strNumbers),
@@ -62,7 +62,7 @@ TEST(OneWrite, CarriesALongMessageWhole) {
     OutputPipe packets(OutputPipe::Kind::Packets);
     SENSOR_INFO("%s\n", strLong.c_str());
     packets.restore();
-    EXPECT_EQ(std::vector<std::string>{messages::info({kSourceFile, "TestBody"}, strLong + "\n")}, pieces(packets));
+    EXPECT_EQ(std::vector<std::string>{messages::info({kWriterSource, "TestBody"}, strLong + "\n")}, pieces(packets));
 }
 
 // Lets several threads speak at once and gives what arrived.
@@ -178,7 +178,7 @@ TEST(OneWrite, IsGivenUpWhenNobodyReadsAndTheMessageIsStillLogged) {
     SENSOR_ASSERT(false, "lens fits");
     pipe.restore();
     std::signal(SIGPIPE, pfnOld);
-    EXPECT_EQ(messages::loggedAssertion({kSourceFile, "TestBody"}, "lens fits"), messages::anyLine(root.errorLog()));
+    EXPECT_EQ(messages::loggedAssertion({kWriterSource, "TestBody"}, "lens fits"), messages::anyLine(root.errorLog()));
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 namespace {
 
-struct Row {
+struct Offer {
     const char* text;
     std::vector<AVStreamParam> streams;
     LimitedFramesWDRModeParam limits;
@@ -13,7 +13,7 @@ struct Row {
     bool showsBeaway;
 };
 
-std::ostream& operator<<(std::ostream& p_stream, const Row& p_stRow) {
+std::ostream& operator<<(std::ostream& p_stream, const Offer& p_stRow) {
     return p_stream << p_stRow.text;
 }
 
@@ -33,7 +33,7 @@ protected:
     static bool showsBeaway() { return getshowBeawayFalg(); }
 };
 
-class OfferedControlsOf : public OfferedControls, public testing::WithParamInterface<Row> {};
+class OfferedControlsOf : public OfferedControls, public testing::WithParamInterface<Offer> {};
 
 // Writes down the channels that it is asked about.
 class AskedModule : public VideoStreamModule {
@@ -69,39 +69,39 @@ TEST_P(OfferedControlsOf, FollowStreamsAndLimits) {
 
 INSTANTIATE_TEST_SUITE_P(
     FrameRates, OfferedControlsOf,
-    testing::Values(Row{"no stream", {}, kNoLimits, "", true, true},
-                    Row{"25 frames", {stream(25)}, kNoLimits, "", true, true},
-                    Row{"30 frames", {stream(30)}, kNoLimits, "", true, true},
-                    Row{"49 frames", {stream(49)}, kNoLimits, "", true, true},
-                    Row{"50 frames", {stream(50)}, kNoLimits, "", false, true},
-                    Row{"51 frames", {stream(51)}, kNoLimits, "", true, true},
-                    Row{"59 frames", {stream(59)}, kNoLimits, "", true, true},
-                    Row{"60 frames", {stream(60)}, kNoLimits, "", false, true},
-                    Row{"120 frames", {stream(120)}, kNoLimits, "", true, true},
-                    Row{"60 frames first", {stream(60), stream(25)}, kNoLimits, "", false, true},
-                    Row{"50 frames last", {stream(25), stream(30), stream(50)}, kNoLimits, "", false, true}));
+    testing::Values(Offer{"no stream", {}, kNoLimits, "", true, true},
+                    Offer{"25 frames", {stream(25)}, kNoLimits, "", true, true},
+                    Offer{"30 frames", {stream(30)}, kNoLimits, "", true, true},
+                    Offer{"49 frames", {stream(49)}, kNoLimits, "", true, true},
+                    Offer{"50 frames", {stream(50)}, kNoLimits, "", false, true},
+                    Offer{"51 frames", {stream(51)}, kNoLimits, "", true, true},
+                    Offer{"59 frames", {stream(59)}, kNoLimits, "", true, true},
+                    Offer{"60 frames", {stream(60)}, kNoLimits, "", false, true},
+                    Offer{"120 frames", {stream(120)}, kNoLimits, "", true, true},
+                    Offer{"60 frames first", {stream(60), stream(25)}, kNoLimits, "", false, true},
+                    Offer{"50 frames last", {stream(25), stream(30), stream(50)}, kNoLimits, "", false, true}));
 
 INSTANTIATE_TEST_SUITE_P(
     SmallPictures, OfferedControlsOf,
     testing::Values(
-        Row{"small picture", {stream(25, 1, 255)}, kNoLimits, "Hi3516AV200", true, false},
-        Row{"small picture, thermal model", {stream(25, 1, 240)}, kNoLimits, "Hi3516AV200Thermal", true, false},
-        Row{"not quite small", {stream(25, 1, 256)}, kNoLimits, "Hi3516AV200", true, true},
-        Row{"small, but by the other encoder", {stream(25, 0, 240)}, kNoLimits, "Hi3516AV200", true, true},
-        Row{"small, but by a third encoder", {stream(25, 2, 240)}, kNoLimits, "Hi3516AV200", true, true},
-        Row{"small on another model", {stream(25, 1, 240)}, kNoLimits, "Hi3516AV300", true, true},
-        Row{"small on a longer model name", {stream(25, 1, 240)}, kNoLimits, "Hi3516AV200X", true, true},
-        Row{"small last", {stream(25), stream(25, 1, 240)}, kNoLimits, "Hi3516AV200", true, false},
-        Row{"small first", {stream(25, 1, 240), stream(25)}, kNoLimits, "Hi3516AV200", true, false},
-        Row{"small and fast", {stream(60, 1, 240)}, kNoLimits, "Hi3516AV200", false, false},
-        Row{"one small, another fast", {stream(25, 1, 240), stream(50)}, kNoLimits, "Hi3516AV200", false, false}));
+        Offer{"small picture", {stream(25, 1, 255)}, kNoLimits, "Hi3516AV200", true, false},
+        Offer{"small picture, thermal model", {stream(25, 1, 240)}, kNoLimits, "Hi3516AV200Thermal", true, false},
+        Offer{"not quite small", {stream(25, 1, 256)}, kNoLimits, "Hi3516AV200", true, true},
+        Offer{"small, but by the other encoder", {stream(25, 0, 240)}, kNoLimits, "Hi3516AV200", true, true},
+        Offer{"small, but by a third encoder", {stream(25, 2, 240)}, kNoLimits, "Hi3516AV200", true, true},
+        Offer{"small on another model", {stream(25, 1, 240)}, kNoLimits, "Hi3516AV300", true, true},
+        Offer{"small on a longer model name", {stream(25, 1, 240)}, kNoLimits, "Hi3516AV200X", true, true},
+        Offer{"small last", {stream(25), stream(25, 1, 240)}, kNoLimits, "Hi3516AV200", true, false},
+        Offer{"small first", {stream(25, 1, 240), stream(25)}, kNoLimits, "Hi3516AV200", true, false},
+        Offer{"small and fast", {stream(60, 1, 240)}, kNoLimits, "Hi3516AV200", false, false},
+        Offer{"one small, another fast", {stream(25, 1, 240), stream(50)}, kNoLimits, "Hi3516AV200", false, false}));
 
 INSTANTIATE_TEST_SUITE_P(Limits, OfferedControlsOf,
-                         testing::Values(Row{"full rate without wide dynamic range", {}, {0, 1}, "", false, true},
-                                         Row{"full rate with it", {}, {0, 0}, "", true, true},
-                                         Row{"another limit", {}, {0, 2}, "", true, true},
-                                         Row{"another mode", {}, {1, 1}, "", true, true},
-                                         Row{"no mode", {}, {-1, 1}, "", true, true}));
+                         testing::Values(Offer{"full rate without wide dynamic range", {}, {0, 1}, "", false, true},
+                                         Offer{"full rate with it", {}, {0, 0}, "", true, true},
+                                         Offer{"another limit", {}, {0, 2}, "", true, true},
+                                         Offer{"another mode", {}, {1, 1}, "", true, true},
+                                         Offer{"no mode", {}, {-1, 1}, "", true, true}));
 
 TEST_F(OfferedControls, AreAskedForItsOwnChannel) {
     AskedModule video;

@@ -15,17 +15,17 @@ protected:
     }
 };
 
-struct Row {
+struct DeviceType {
     u32 type;
     const char* detail;
     bool isPlateDevice;
 };
 
-std::ostream& operator<<(std::ostream& p_stream, const Row& p_stRow) {
+std::ostream& operator<<(std::ostream& p_stream, const DeviceType& p_stRow) {
     return p_stream << "device type " << p_stRow.type << " with " << p_stRow.detail;
 }
 
-class PlateDevice : public PlateDefaults, public testing::WithParamInterface<Row> {};
+class PlateDevice : public PlateDefaults, public testing::WithParamInterface<DeviceType> {};
 
 }  // namespace
 
@@ -38,11 +38,13 @@ TEST_P(PlateDevice, IsToldByTypeAndInfraredField) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PlateDevice,
-                         testing::Values(Row{8, "", true}, Row{8, "(isInfrared=17)", true},
-                                         Row{8, "(isInfrared=2)", true}, Row{8, "(isInfrared=10)", true},
-                                         Row{8, "(max_scheme=3)(isInfrared=0)", false}, Row{8, "(isInfrared=1)", false},
-                                         Row{8, "(isInfrared=17)(isInfrared=1)", false}, Row{1, "", false},
-                                         Row{9, "", false}, Row{9, "(isInfrared=17)", false}));
+                         testing::Values(DeviceType{8, "", true}, DeviceType{8, "(isInfrared=17)", true},
+                                         DeviceType{8, "(isInfrared=2)", true}, DeviceType{8, "(isInfrared=10)", true},
+                                         DeviceType{8, "(max_scheme=3)(isInfrared=0)", false},
+                                         DeviceType{8, "(isInfrared=1)", false},
+                                         DeviceType{8, "(isInfrared=17)(isInfrared=1)", false},
+                                         DeviceType{1, "", false}, DeviceType{9, "", false},
+                                         DeviceType{9, "(isInfrared=17)", false}));
 
 TEST_F(PlateDefaults, KeepTheFactorySetForEveryOtherScheme) {
     device(kPlateRecognition);

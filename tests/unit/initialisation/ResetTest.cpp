@@ -6,10 +6,6 @@ namespace {
 
 using messages::anyLine;
 
-bool isIn(const std::string& p_strPart, const std::string& p_strWhole) {
-    return std::string::npos != p_strWhole.find(p_strPart);
-}
-
 class Reset : public StartedCamera {
 protected:
     static Records defaults() { return with(factory(), KEY_SCHEME_MODE, 0); }

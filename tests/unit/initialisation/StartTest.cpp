@@ -22,10 +22,6 @@ using StartDeathTest = Start;
 
 const messages::Place kController = {"ISensorController.cpp", messages::kAny};
 
-bool isIn(const std::string& p_strPart, const std::string& p_strWhole) {
-    return std::string::npos != p_strWhole.find(p_strPart);
-}
-
 }  // namespace
 
 TEST_F(Start, SaysWhatItDoesInOrder) {

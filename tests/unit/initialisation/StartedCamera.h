@@ -19,6 +19,10 @@
 
 class StartedCamera : public testing::Test {
 protected:
+    static bool isIn(const std::string& p_strPart, const std::string& p_strWhole) {
+        return std::string::npos != p_strWhole.find(p_strPart);
+    }
+
     using Records = std::vector<std::pair<u32, u32>>;
 
     // A factory set: the mode, the window, then image parameters. Its mode is one that asks for switching.

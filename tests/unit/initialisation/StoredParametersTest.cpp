@@ -9,18 +9,18 @@ protected:
     static Records defaults() { return with(factory(), KEY_SCHEME_MODE, 0); }
 };
 
-struct Row {
+struct StoredModeCase {
     u32 mode;
     bool bySchedule;
     bool byDayAndNight;
     int scheme;
 };
 
-std::ostream& operator<<(std::ostream& p_stream, const Row& p_stRow) {
+std::ostream& operator<<(std::ostream& p_stream, const StoredModeCase& p_stRow) {
     return p_stream << "mode " << p_stRow.mode;
 }
 
-class StoredMode : public StoredParameters, public testing::WithParamInterface<Row> {};
+class StoredMode : public StoredParameters, public testing::WithParamInterface<StoredModeCase> {};
 
 }  // namespace
 
@@ -125,8 +125,9 @@ TEST_P(StoredMode, OfSchemeZeroDecidesWhatSwitchingFollows) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, StoredMode,
-                         testing::Values(Row{0, false, false, 0}, Row{1, true, false, -1}, Row{2, false, true, -1},
-                                         Row{7, false, false, 0}, Row{0xFFFFFFFFu, false, false, 0}));
+                         testing::Values(StoredModeCase{0, false, false, 0}, StoredModeCase{1, true, false, -1},
+                                         StoredModeCase{2, false, true, -1}, StoredModeCase{7, false, false, 0},
+                                         StoredModeCase{0xFFFFFFFFu, false, false, 0}));
 
 TEST_F(StoredParameters, OfAnotherSchemeDoNotDecideAboutSwitching) {
     stored({defaults(), with(factory(), KEY_SCHEME_MODE, 1)});

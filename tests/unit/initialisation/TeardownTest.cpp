@@ -27,7 +27,7 @@ protected:
 
 class DriverOf : public StartedCamera, public testing::WithParamInterface<Operation> {};
 
-std::string nameOf(const testing::TestParamInfo<Operation>& p_stInfo) {
+std::string nameOfCall(const testing::TestParamInfo<Operation>& p_stInfo) {
     std::string strName = p_stInfo.param.name;
     std::replace(strName.begin(), strName.end(), ' ', '_');
     return strName;
@@ -193,7 +193,7 @@ TEST_P(NotInitialised, OperationOfAnEndedControllerIsRefused) {
     EXPECT_TRUE(root.exists(parameterFile(0))) << "nothing is deleted";
 }
 
-INSTANTIATE_TEST_SUITE_P(All, NotInitialised, testing::ValuesIn(setOperations()), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, NotInitialised, testing::ValuesIn(setOperations()), nameOfCall);
 
 TEST_P(DriverOf, ANewAndAnEndedControllerIsReached) {
     EXPECT_EQ(GetParam().notReady, GetParam().call(controller()));
@@ -204,4 +204,4 @@ TEST_P(DriverOf, ANewAndAnEndedControllerIsReached) {
     EXPECT_EQ(GetParam().notReady, GetParam().call(controller()));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, DriverOf, testing::ValuesIn(freeOperations()), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, DriverOf, testing::ValuesIn(freeOperations()), nameOfCall);

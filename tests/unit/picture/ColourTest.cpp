@@ -5,7 +5,7 @@ namespace {
 
 using simcam::PictureParameters;
 
-constexpr int kManual = 6;
+constexpr int kManualWhiteBalance = 6;
 constexpr int kLocked = 5;
 
 // Red against blue, on something grey.
@@ -37,7 +37,7 @@ TEST(PictureColour, TheSkyIsBlueAndTheLeavesAreGreen) {
 }
 
 TEST(PictureColour, ManualGainsMoveRedAndBlue) {
-    PictureParameters st = balanced(kManual);
+    PictureParameters st = balanced(kManualWhiteBalance);
     const Measured objEven(st);
     st.redGain = 200;
     EXPECT_GT(Measured(st).colour(0, kWall), objEven.colour(0, kWall) + 15);

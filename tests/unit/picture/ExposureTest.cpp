@@ -7,11 +7,11 @@ using simcam::PictureParameters;
 
 constexpr int kShutterPriority = 1;
 constexpr int kIrisPriority = 2;
-constexpr int kManual = 3;
+constexpr int kManualExposure = 3;
 
 PictureParameters manual() {
     PictureParameters st = quiet();
-    st.exposureMode = kManual;
+    st.exposureMode = kManualExposure;
     st.fixedShutter = 15;  // 1/200 s
     st.fixedGain = 0;
     return st;

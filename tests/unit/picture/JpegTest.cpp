@@ -8,7 +8,7 @@ namespace {
 using simcam::encodeJpeg;
 using simcam::Picture;
 
-const Picture& street() {
+const Picture& drawnStreet() {
     static const Picture stPicture = Measured(quiet()).picture();
     return stPicture;
 }
@@ -36,47 +36,47 @@ double meanDifference(const Picture& p_stOne, const Picture& p_stOther) {
 
 TEST(PictureJpeg, ADecoderFindsThePictureAgain) {
     std::vector<unsigned char> vecJpeg;
-    ASSERT_TRUE(encodeJpeg(street(), 95, vecJpeg));
+    ASSERT_TRUE(encodeJpeg(drawnStreet(), 95, vecJpeg));
     const Picture st = decoded(vecJpeg);
-    ASSERT_EQ(street().width, st.width);
-    ASSERT_EQ(street().height, st.height);
-    EXPECT_LT(meanDifference(street(), st), 6.0);
+    ASSERT_EQ(drawnStreet().width, st.width);
+    ASSERT_EQ(drawnStreet().height, st.height);
+    EXPECT_LT(meanDifference(drawnStreet(), st), 6.0);
 }
 
 TEST(PictureJpeg, MoreQualityIsLargerAndTruer) {
     std::vector<unsigned char> vecRough;
     std::vector<unsigned char> vecFine;
-    ASSERT_TRUE(encodeJpeg(street(), 10, vecRough));
-    ASSERT_TRUE(encodeJpeg(street(), 90, vecFine));
+    ASSERT_TRUE(encodeJpeg(drawnStreet(), 10, vecRough));
+    ASSERT_TRUE(encodeJpeg(drawnStreet(), 90, vecFine));
     EXPECT_GT(vecFine.size(), 2 * vecRough.size());
-    EXPECT_LT(meanDifference(street(), decoded(vecFine)), 0.6 * meanDifference(street(), decoded(vecRough)));
+    EXPECT_LT(meanDifference(drawnStreet(), decoded(vecFine)), 0.6 * meanDifference(drawnStreet(), decoded(vecRough)));
 }
 
 TEST(PictureJpeg, TheEndsOfTheQualityAreEncoded) {
     std::vector<unsigned char> vecJpeg;
-    EXPECT_TRUE(encodeJpeg(street(), 1, vecJpeg));
-    EXPECT_TRUE(encodeJpeg(street(), 100, vecJpeg));
-    EXPECT_EQ(street().rgb.size(), decoded(vecJpeg).rgb.size());
+    EXPECT_TRUE(encodeJpeg(drawnStreet(), 1, vecJpeg));
+    EXPECT_TRUE(encodeJpeg(drawnStreet(), 100, vecJpeg));
+    EXPECT_EQ(drawnStreet().rgb.size(), decoded(vecJpeg).rgb.size());
 }
 
 TEST(PictureJpeg, AQualityOutsideTheRangeIsRefused) {
     for (const int nQuality : {0, -1, 101, 1000000}) {
         std::vector<unsigned char> vecJpeg = {1, 2, 3};
         std::string strWhy;
-        EXPECT_FALSE(encodeJpeg(street(), nQuality, vecJpeg, &strWhy));
+        EXPECT_FALSE(encodeJpeg(drawnStreet(), nQuality, vecJpeg, &strWhy));
         EXPECT_TRUE(vecJpeg.empty());
         EXPECT_EQ("the quality is not within 1 to 100", strWhy);
     }
 }
 
 TEST(PictureJpeg, APictureThatDoesNotFitItsBytesIsRefused) {
-    Picture stShort = street();
+    Picture stShort = drawnStreet();
     stShort.rgb.pop_back();
-    Picture stLong = street();
+    Picture stLong = drawnStreet();
     stLong.rgb.push_back(0);
-    Picture stRowShort = street();
+    Picture stRowShort = drawnStreet();
     stRowShort.rgb.resize(stRowShort.rgb.size() - static_cast<std::size_t>(stRowShort.width) * 3);
-    Picture stNegative = street();
+    Picture stNegative = drawnStreet();
     stNegative.width = -stNegative.width;
     stNegative.height = -stNegative.height;
     Picture stHuge;

@@ -5,7 +5,7 @@ namespace {
 
 using simcam::PictureParameters;
 
-constexpr int kManual = 2;
+constexpr int kManualLight = 2;
 constexpr Place kNearRoad = {250, 300, 390, 358};
 constexpr Place kCorner = {0, 300, 60, 358};
 
@@ -15,7 +15,7 @@ PictureParameters dark() {
     st.exposureMode = 3;
     st.fixedShutter = 7;
     st.fixedGain = 40;
-    st.infraredMode = kManual;
+    st.infraredMode = kManualLight;
     st.infraredNear = 0;
     st.infraredMedium = 0;
     st.infraredFar = 0;
@@ -111,7 +111,7 @@ TEST(PictureLights, WhiteLightShinesByItsModeAndStrengths) {
     EXPECT_TRUE(Measured(st) == objWithout);
     st.whiteLightMode = 1;
     EXPECT_GT(lit(st, kRoad), 30);
-    st.whiteLightMode = kManual;
+    st.whiteLightMode = kManualLight;
     st.whiteLightNear = 0;
     st.whiteLightMedium = 0;
     st.whiteLightFar = 0;

@@ -5,14 +5,14 @@ namespace {
 
 using simcam::PictureParameters;
 
-constexpr int kManual = 1;
+constexpr int kManualStrength = 1;
 constexpr INT64 kNextFrame = 40;  // milliseconds
 
 // Dark enough for much gain.
 PictureParameters noisy() {
     PictureParameters st = raw(quiet(5000));
-    st.noise2dMode = kManual;
-    st.noise3dMode = kManual;
+    st.noise2dMode = kManualStrength;
+    st.noise3dMode = kManualStrength;
     return st;
 }
 

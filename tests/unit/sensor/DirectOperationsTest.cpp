@@ -46,13 +46,13 @@ const Setter kSetters[] = {
     {"setDNState", &ISensorController::setDNState, 153},
 };
 
-struct Getter {
+struct DirectGetter {
     const char* name;
     bool (ISensorController::*operation)(int&);
     u32 cmd;
 };
 
-const Getter kGetters[] = {
+const DirectGetter kDirectGetters[] = {
     {"getFocusValue", &ISensorController::getFocusValue, 1552},
     {"getFocusMode", &ISensorController::getFocusMode, 1536},
     {"getDNState", &ISensorController::getDNState, 153},
@@ -138,7 +138,7 @@ TEST_F(DirectOperations, SetterSendsItsValue) {
 }
 
 TEST_F(DirectOperations, GetterReadsItsValue) {
-    for (const Getter& stGetter : kGetters) {
+    for (const DirectGetter& stGetter : kDirectGetters) {
         SCOPED_TRACE(stGetter.name);
         for (const int nValue : {0, 1, -7, INT_MAX}) {
             camera.clear();
@@ -153,7 +153,7 @@ TEST_F(DirectOperations, GetterReadsItsValue) {
 }
 
 TEST_F(DirectOperations, GetterThatFailsLeavesItsOutputAsTheDriverLeftIt) {
-    for (const Getter& stGetter : kGetters) {
+    for (const DirectGetter& stGetter : kDirectGetters) {
         SCOPED_TRACE(stGetter.name);
         camera.driverFails(stGetter.cmd, IA_CMD_OPT_GET, -3, 1);
         int nRead = 99;

@@ -8,35 +8,35 @@ using testing::IsEmpty;
 
 namespace {
 
-using C = ISensorController;
+using Controller = ISensorController;
 
 struct Getter {
     const char* name;
-    bool (C::*operation)(int&);
+    bool (Controller::*operation)(int&);
     u32 key;
 };
 
 // getDNMode has tests of its own for what it returns.
 const Getter kGetters[] = {
-    {"getDNMode", &C::getDNMode, 144},
-    {"getWDRSwitch", &C::getWDRSwitch, 2368},
-    {"getWDRStrength", &C::getWDRStrength, 2369},
-    {"getHLCSwitch", &C::getHLCSwitch, 112},
-    {"getHLCStrength", &C::getHLCStrength, 113},
-    {"getBLCSwitch", &C::getBLCSwitch, 128},
-    {"getBLCStrength", &C::getBLCStrength, 130},
-    {"getDefogSwitch", &C::getDefogSwitch, 2400},
-    {"getDefogStrength", &C::getDefogStrength, 2401},
-    {"get2DSwitch", &C::get2DSwitch, 2304},
-    {"get2DMode", &C::get2DMode, 2305},
-    {"get2DAutoMaxStrength", &C::get2DAutoMaxStrength, 2306},
-    {"get2DManualMaxStrength", &C::get2DManualMaxStrength, 2307},
-    {"get3DSwitch", &C::get3DSwitch, 2308},
-    {"get3DMode", &C::get3DMode, 2309},
-    {"get3DAutoMaxStrength", &C::get3DAutoMaxStrength, 2312},
-    {"get3DManualMaxStrength", &C::get3DManualMaxStrength, 2313},
-    {"getBeaway", &C::getBeaway, 2385},
-    {"getMirrorValue", &C::getMirrorValue, 2384},
+    {"getDNMode", &Controller::getDNMode, 144},
+    {"getWDRSwitch", &Controller::getWDRSwitch, 2368},
+    {"getWDRStrength", &Controller::getWDRStrength, 2369},
+    {"getHLCSwitch", &Controller::getHLCSwitch, 112},
+    {"getHLCStrength", &Controller::getHLCStrength, 113},
+    {"getBLCSwitch", &Controller::getBLCSwitch, 128},
+    {"getBLCStrength", &Controller::getBLCStrength, 130},
+    {"getDefogSwitch", &Controller::getDefogSwitch, 2400},
+    {"getDefogStrength", &Controller::getDefogStrength, 2401},
+    {"get2DSwitch", &Controller::get2DSwitch, 2304},
+    {"get2DMode", &Controller::get2DMode, 2305},
+    {"get2DAutoMaxStrength", &Controller::get2DAutoMaxStrength, 2306},
+    {"get2DManualMaxStrength", &Controller::get2DManualMaxStrength, 2307},
+    {"get3DSwitch", &Controller::get3DSwitch, 2308},
+    {"get3DMode", &Controller::get3DMode, 2309},
+    {"get3DAutoMaxStrength", &Controller::get3DAutoMaxStrength, 2312},
+    {"get3DManualMaxStrength", &Controller::get3DManualMaxStrength, 2313},
+    {"getBeaway", &Controller::getBeaway, 2385},
+    {"getMirrorValue", &Controller::getMirrorValue, 2384},
 };
 
 class NamedGetters : public ControllerTest {};

@@ -17,7 +17,7 @@ CommandTable smallTable() {
     return table;
 }
 
-std::string refusalOf(const Words& p_vecWords) {
+std::string refusalOfCommand(const Words& p_vecWords) {
     try {
         smallTable().match(p_vecWords);
         return "taken";
@@ -33,17 +33,18 @@ TEST(CommandTable, ACommandIsFoundInAnyCase) {
 }
 
 TEST(CommandTable, AnUnknownCommandIsRefusedWithTheNearestName) {
-    EXPECT_EQ(refusalOf({"sett"}), "unknown command \"sett\"; did you mean \"set\"?");
-    EXPECT_EQ(refusalOf({"getDNStat"}), "unknown command \"getDNStat\"; did you mean \"getDNState\"?");
-    EXPECT_EQ(refusalOf({"frobnicate"}), "unknown command \"frobnicate\"; help lists the commands");
+    EXPECT_EQ(refusalOfCommand({"sett"}), "unknown command \"sett\"; did you mean \"set\"?");
+    EXPECT_EQ(refusalOfCommand({"getDNStat"}), "unknown command \"getDNStat\"; did you mean \"getDNState\"?");
+    EXPECT_EQ(refusalOfCommand({"frobnicate"}), "unknown command \"frobnicate\"; help lists the commands");
 }
 
 TEST(CommandTable, TheNumberOfArgumentsIsChecked) {
-    EXPECT_EQ(refusalOf({"set", "a", "b"}), "taken");
-    EXPECT_EQ(refusalOf({"set", "a", "b", "c"}), "taken");
-    EXPECT_EQ(refusalOf({"set", "a"}), "set needs more arguments; usage: set KEY VALUE");
-    EXPECT_EQ(refusalOf({"set", "a", "b", "c", "d"}), "one argument too many for set: \"d\"; usage: set KEY VALUE");
-    EXPECT_THAT(refusalOf({"getDNState", "x"}), HasSubstr("one argument too many for getDNState: \"x\""));
+    EXPECT_EQ(refusalOfCommand({"set", "a", "b"}), "taken");
+    EXPECT_EQ(refusalOfCommand({"set", "a", "b", "c"}), "taken");
+    EXPECT_EQ(refusalOfCommand({"set", "a"}), "set needs more arguments; usage: set KEY VALUE");
+    EXPECT_EQ(refusalOfCommand({"set", "a", "b", "c", "d"}),
+              "one argument too many for set: \"d\"; usage: set KEY VALUE");
+    EXPECT_THAT(refusalOfCommand({"getDNState", "x"}), HasSubstr("one argument too many for getDNState: \"x\""));
 }
 
 TEST(CommandTable, TwoCommandsOfOneNameAreAMistakeOfTheProgram) {

@@ -18,7 +18,7 @@ ParsedOptions parse(std::vector<std::string> p_vecArguments) {
     return parseOptions(p_vecArguments, nullptr);
 }
 
-std::string refusalOf(const std::vector<std::string>& p_vecArguments) {
+std::string refusalOfOptions(const std::vector<std::string>& p_vecArguments) {
     const ParsedOptions parsed = parse(p_vecArguments);
     EXPECT_EQ(parsed.nStatus, kUsage);
     EXPECT_FALSE(parsed.options);
@@ -118,27 +118,27 @@ TEST(Options, ARootThatIsNoDirectoryIsRefused) {
 }
 
 TEST(Options, AnUnknownOptionIsRefusedWithTheNearestOne) {
-    EXPECT_THAT(refusalOf({"--jsn"}), HasSubstr("unknown option \"--jsn\"; did you mean \"--json\"?"));
-    EXPECT_THAT(refusalOf({"--chanel=2"}), HasSubstr("did you mean \"--channel\"?"));
-    EXPECT_THAT(refusalOf({"-x"}), HasSubstr("unknown option \"-x\""));
+    EXPECT_THAT(refusalOfOptions({"--jsn"}), HasSubstr("unknown option \"--jsn\"; did you mean \"--json\"?"));
+    EXPECT_THAT(refusalOfOptions({"--chanel=2"}), HasSubstr("did you mean \"--channel\"?"));
+    EXPECT_THAT(refusalOfOptions({"-x"}), HasSubstr("unknown option \"-x\""));
 }
 
 TEST(Options, BadValuesAreRefused) {
-    EXPECT_THAT(refusalOf({"--channel", "0"}), HasSubstr("channel"));
-    EXPECT_THAT(refusalOf({"--channel", "5"}), HasSubstr("channel"));
-    EXPECT_THAT(refusalOf({"--channel", "two"}), HasSubstr("channel"));
-    EXPECT_THAT(refusalOf({"--debug-level", "10"}), HasSubstr("debug-level"));
-    EXPECT_THAT(refusalOf({"--at", "noon"}), HasSubstr("a time is"));
-    EXPECT_THAT(refusalOf({"--library-output", "printer"}), HasSubstr("library-output"));
-    EXPECT_THAT(refusalOf({"--script"}), HasSubstr("script"));
-    EXPECT_THAT(refusalOf({"--script", ""}), HasSubstr("--script needs the name of a file"));
-    EXPECT_THAT(refusalOf({"--record", "", "init"}), HasSubstr("--record needs the name of a file"));
+    EXPECT_THAT(refusalOfOptions({"--channel", "0"}), HasSubstr("channel"));
+    EXPECT_THAT(refusalOfOptions({"--channel", "5"}), HasSubstr("channel"));
+    EXPECT_THAT(refusalOfOptions({"--channel", "two"}), HasSubstr("channel"));
+    EXPECT_THAT(refusalOfOptions({"--debug-level", "10"}), HasSubstr("debug-level"));
+    EXPECT_THAT(refusalOfOptions({"--at", "noon"}), HasSubstr("a time is"));
+    EXPECT_THAT(refusalOfOptions({"--library-output", "printer"}), HasSubstr("library-output"));
+    EXPECT_THAT(refusalOfOptions({"--script"}), HasSubstr("script"));
+    EXPECT_THAT(refusalOfOptions({"--script", ""}), HasSubstr("--script needs the name of a file"));
+    EXPECT_THAT(refusalOfOptions({"--record", "", "init"}), HasSubstr("--record needs the name of a file"));
 }
 
 TEST(Options, OptionsThatContradictEachOtherAreRefused) {
-    EXPECT_THAT(refusalOf({"--script", "x", "init"}), HasSubstr("either from the arguments or from --script"));
-    EXPECT_THAT(refusalOf({"--realtime", "--at", "12:00"}), HasSubstr("--realtime"));
-    EXPECT_THAT(refusalOf({"--json", "--library-output", "stdout"}), HasSubstr("JSON"));
+    EXPECT_THAT(refusalOfOptions({"--script", "x", "init"}), HasSubstr("either from the arguments or from --script"));
+    EXPECT_THAT(refusalOfOptions({"--realtime", "--at", "12:00"}), HasSubstr("--realtime"));
+    EXPECT_THAT(refusalOfOptions({"--json", "--library-output", "stdout"}), HasSubstr("JSON"));
 }
 
 TEST(Options, HelpAndVersionNeedNoRoot) {

@@ -5,18 +5,18 @@
 
 namespace {
 
-struct Row {
+struct ExpectRow {
     const char* szName;
     std::string strBefore;
     std::string strHolds;
     std::string strFails;
 };
 
-void PrintTo(const Row& p_stRow, std::ostream* p_pStream) {
+void PrintTo(const ExpectRow& p_stRow, std::ostream* p_pStream) {
     *p_pStream << p_stRow.szName;
 }
 
-class Expectation : public testing::TestWithParam<Row> {};
+class Expectation : public testing::TestWithParam<ExpectRow> {};
 
 TEST_P(Expectation, TellsTrueFromFalse) {
     const DeviceTree tree;
@@ -32,24 +32,25 @@ TEST_P(Expectation, TellsTrueFromFalse) {
 
 INSTANTIATE_TEST_SUITE_P(
     Program, Expectation,
-    testing::Values(Row{"Sent", "setDNState 1\n", "sent set 153 1", "sent set 153 0"},
-                    Row{"SentLooksAtTheLatestCommandOnly", "setDNState 1\nirisUp\n", "sent set 83 1", "sent set 153 1"},
-                    Row{"SentLooksPastCommandsThatOnlyLook", "setDNState 1\nstatus\ndriver 153\n", "sent set 153 1",
-                        "silent"},
-                    Row{"Silent", "uinit\n", "silent", "sent set"},
-                    Row{"SilentWithWords", "setDNState 1\n", "silent set 16", "silent set 153"},
-                    Row{"Count", "irisUp\n", "count 2", "count 1"},
-                    Row{"CountWithWords", "irisUp\n", "count 1 set 83", "count 2 set 83"},
-                    Row{"Transcript", "setDNState 1\nirisUp\n", "transcript set 153 1", "transcript set 84"},
-                    Row{"Answer", "setDNState 1\ngetDNState\n", "answer state 1", "answer state 0"},
-                    Row{"AnswerOfACommandThatOnlyLooks", "machine\n", "answer code 1001", "answer code 1002"},
-                    Row{"Scheme", "init\nscheme 2\n", "scheme 2", "scheme 0"},
-                    Row{"Mode", "init\nmode auto\n", "mode 1", "mode 0"},
-                    Row{"Driver", "setDNState 1\n", "driver 153 1", "driver 153 0"},
-                    Row{"File", "init\n", "file 2 brightness 50", "file 2 brightness 51"},
-                    Row{"Style", "init\n", "style 'id=\"34\"'", "style 'id=\"123456\"'"},
-                    Row{"Fail", "", "fail set brightness 60", "fail echo fine"},
-                    Row{"FailOfBadArguments", "", "fail scheme x y", "fail expect fail nonsense"}),
+    testing::Values(ExpectRow{"Sent", "setDNState 1\n", "sent set 153 1", "sent set 153 0"},
+                    ExpectRow{"SentLooksAtTheLatestCommandOnly", "setDNState 1\nirisUp\n", "sent set 83 1",
+                              "sent set 153 1"},
+                    ExpectRow{"SentLooksPastCommandsThatOnlyLook", "setDNState 1\nstatus\ndriver 153\n",
+                              "sent set 153 1", "silent"},
+                    ExpectRow{"Silent", "uinit\n", "silent", "sent set"},
+                    ExpectRow{"SilentWithWords", "setDNState 1\n", "silent set 16", "silent set 153"},
+                    ExpectRow{"Count", "irisUp\n", "count 2", "count 1"},
+                    ExpectRow{"CountWithWords", "irisUp\n", "count 1 set 83", "count 2 set 83"},
+                    ExpectRow{"Transcript", "setDNState 1\nirisUp\n", "transcript set 153 1", "transcript set 84"},
+                    ExpectRow{"Answer", "setDNState 1\ngetDNState\n", "answer state 1", "answer state 0"},
+                    ExpectRow{"AnswerOfACommandThatOnlyLooks", "machine\n", "answer code 1001", "answer code 1002"},
+                    ExpectRow{"Scheme", "init\nscheme 2\n", "scheme 2", "scheme 0"},
+                    ExpectRow{"Mode", "init\nmode auto\n", "mode 1", "mode 0"},
+                    ExpectRow{"Driver", "setDNState 1\n", "driver 153 1", "driver 153 0"},
+                    ExpectRow{"File", "init\n", "file 2 brightness 50", "file 2 brightness 51"},
+                    ExpectRow{"Style", "init\n", "style 'id=\"34\"'", "style 'id=\"123456\"'"},
+                    ExpectRow{"Fail", "", "fail set brightness 60", "fail echo fine"},
+                    ExpectRow{"FailOfBadArguments", "", "fail scheme x y", "fail expect fail nonsense"}),
     [](const auto& p_stInfo) { return p_stInfo.param.szName; });
 
 TEST(Expect, AnAnswerWithoutTheFieldIsRefusedWithTheNearestOne) {

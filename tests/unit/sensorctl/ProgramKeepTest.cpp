@@ -14,12 +14,6 @@ void plays(const DeviceTree& p_objTree, const std::string& p_strScript) {
     EXPECT_EQ(run.nStatus, 0) << p_strScript << run.strErrors << run.strOutput;
 }
 
-std::string errorOf(const DeviceTree& p_objTree, const std::string& p_strScript) {
-    const ProgramResult run = runScript(p_objTree, p_strScript, {"--library-output", "none"});
-    EXPECT_EQ(run.nStatus, 1) << p_strScript;
-    return run.strErrors;
-}
-
 TEST(ProgramKeep, FlushStoresTheCurrentScheme) {
     const DeviceTree tree;
     plays(tree,

@@ -9,12 +9,6 @@ using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
 
-std::string errorOf(const DeviceTree& p_objTree, const std::string& p_strScript) {
-    const ProgramResult run = runScript(p_objTree, p_strScript, {"--library-output", "none"});
-    EXPECT_EQ(run.nStatus, 1) << p_strScript;
-    return run.strErrors;
-}
-
 TEST(ProgramRead, AParameterIsReadByNameAndNumberWithoutAskingTheDriver) {
     const DeviceTree tree;
     const json wanted = {{"key", 34}, {"name", "KEY_BRIGHTNESS"}, {"value", 60}};

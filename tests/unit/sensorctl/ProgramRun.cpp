@@ -217,6 +217,12 @@ ProgramResult runScript(const DeviceTree& p_objTree, const std::string& p_strScr
     return runProgram(p_vecOptions, p_strScript);
 }
 
+std::string errorOf(const DeviceTree& p_objTree, const std::string& p_strScript) {
+    const ProgramResult run = runScript(p_objTree, p_strScript, {"--library-output", "none"});
+    EXPECT_EQ(run.nStatus, 1) << p_strScript;
+    return run.strErrors;
+}
+
 nlohmann::json lastData(const DeviceTree& p_objTree, const std::string& p_strScript) {
     const ProgramResult run = runScript(p_objTree, p_strScript, {"--json"});
     EXPECT_EQ(run.nStatus, 0) << run.strErrors << run.strOutput;

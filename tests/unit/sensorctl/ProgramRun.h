@@ -65,5 +65,8 @@ private:
 ProgramResult runScript(const DeviceTree& p_objTree, const std::string& p_strScript,
                         std::vector<std::string> p_vecOptions = {});
 
+// What such a script, which must fail, wrote to standard error. The library's output is left out.
+std::string errorOf(const DeviceTree& p_objTree, const std::string& p_strScript);
+
 // As runScript with --json, for one script that must succeed: the data of the last result.
 nlohmann::json lastData(const DeviceTree& p_objTree, const std::string& p_strScript);

@@ -11,38 +11,40 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-struct Row {
+struct SplitLine {
     const char* szName;
     std::string strLine;
     std::vector<std::string> vecWords;
 };
 
-void PrintTo(const Row& p_stRow, std::ostream* p_pStream) {
+void PrintTo(const SplitLine& p_stRow, std::ostream* p_pStream) {
     *p_pStream << p_stRow.szName;
 }
 
-class GoodLine : public testing::TestWithParam<Row> {};
+class GoodLine : public testing::TestWithParam<SplitLine> {};
 
 TEST_P(GoodLine, ComesApartIntoItsWords) {
     EXPECT_EQ(tokenise(GetParam().strLine), GetParam().vecWords);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Tokeniser, GoodLine,
-    testing::Values(Row{"Empty", "", {}}, Row{"BlanksOnly", " \t ", {}}, Row{"CommentOnly", "  # nothing", {}},
-                    Row{"Words", "set  brightness\t60 ", {"set", "brightness", "60"}},
-                    Row{"CommentBehindWords", "scheme 1 # the night", {"scheme", "1"}},
-                    Row{"HashInsideAWordIsNoComment", "echo a#b", {"echo", "a#b"}},
-                    Row{"DoubleQuotes", "scene clock \"2024-05-01 18:00\"", {"scene", "clock", "2024-05-01 18:00"}},
-                    Row{"SingleQuotes", "echo 'a \"b\" \\n'", {"echo", "a \"b\" \\n"}},
-                    Row{"Escapes", "echo \"a\\n\\t\\\"\\\\\"", {"echo", "a\n\t\"\\"}},
-                    Row{"QuotesInsideAWord", "a\"b c\"d", {"ab cd"}},
-                    Row{"EmptyWord", "echo \"\" ''", {"echo", "", ""}},
-                    Row{"HashInQuotes", "echo \"# no comment\"", {"echo", "# no comment"}},
-                    Row{"BackslashOutsideQuotesIsALetter", "echo a\\n", {"echo", "a\\n"}},
-                    Row{"CarriageReturnAtTheEnd", "scheme 1\r", {"scheme", "1"}},
-                    Row{"LettersOfOtherLanguages", "echo \xC3\xA9", {"echo", "\xC3\xA9"}}),
-    [](const auto& p_stInfo) { return p_stInfo.param.szName; });
+INSTANTIATE_TEST_SUITE_P(Tokeniser, GoodLine,
+                         testing::Values(SplitLine{"Empty", "", {}}, SplitLine{"BlanksOnly", " \t ", {}},
+                                         SplitLine{"CommentOnly", "  # nothing", {}},
+                                         SplitLine{"Words", "set  brightness\t60 ", {"set", "brightness", "60"}},
+                                         SplitLine{"CommentBehindWords", "scheme 1 # the night", {"scheme", "1"}},
+                                         SplitLine{"HashInsideAWordIsNoComment", "echo a#b", {"echo", "a#b"}},
+                                         SplitLine{"DoubleQuotes",
+                                                   "scene clock \"2024-05-01 18:00\"",
+                                                   {"scene", "clock", "2024-05-01 18:00"}},
+                                         SplitLine{"SingleQuotes", "echo 'a \"b\" \\n'", {"echo", "a \"b\" \\n"}},
+                                         SplitLine{"Escapes", "echo \"a\\n\\t\\\"\\\\\"", {"echo", "a\n\t\"\\"}},
+                                         SplitLine{"QuotesInsideAWord", "a\"b c\"d", {"ab cd"}},
+                                         SplitLine{"EmptyWord", "echo \"\" ''", {"echo", "", ""}},
+                                         SplitLine{"HashInQuotes", "echo \"# no comment\"", {"echo", "# no comment"}},
+                                         SplitLine{"BackslashOutsideQuotesIsALetter", "echo a\\n", {"echo", "a\\n"}},
+                                         SplitLine{"CarriageReturnAtTheEnd", "scheme 1\r", {"scheme", "1"}},
+                                         SplitLine{"LettersOfOtherLanguages", "echo \xC3\xA9", {"echo", "\xC3\xA9"}}),
+                         [](const auto& p_stInfo) { return p_stInfo.param.szName; });
 
 std::string refusalOf(const std::string& p_strLine) {
     try {

@@ -19,7 +19,7 @@ const char kStyle[] =
     "<item index=\"0\" label=\"Off\"/><item index=\"2\"/></param></tab><tab key=\"other\"><param id=\"201\" "
     "type=\"switch\" value=\"1\"/><param id=\"1570\" type=\"button\" send=\"1\"/></tab></style>";
 
-std::string refusalOf(const std::string& p_strText) {
+std::string refusalOfStyle(const std::string& p_strText) {
     try {
         parseStyle(p_strText);
         return "taken";
@@ -52,11 +52,11 @@ TEST(StyleParameters, ARangeIsSaidAsItsKindAsksFor) {
 }
 
 TEST(StyleParameters, DocumentsThatCannotBeUsedAreRefused) {
-    EXPECT_THAT(refusalOf(""), HasSubstr("empty; use init first"));
-    EXPECT_THAT(refusalOf("<style>"), HasSubstr("no plain XML"));
-    EXPECT_THAT(refusalOf("junk"), HasSubstr("no plain XML"));
-    EXPECT_THAT(refusalOf("<a b=\"1\" b=\"2\"/>"), HasSubstr("cannot be read"));
-    EXPECT_THAT(refusalOf("<a>" + std::string(5 * 1024 * 1024, 'x') + "</a>"), HasSubstr("no plain XML"));
+    EXPECT_THAT(refusalOfStyle(""), HasSubstr("empty; use init first"));
+    EXPECT_THAT(refusalOfStyle("<style>"), HasSubstr("no plain XML"));
+    EXPECT_THAT(refusalOfStyle("junk"), HasSubstr("no plain XML"));
+    EXPECT_THAT(refusalOfStyle("<a b=\"1\" b=\"2\"/>"), HasSubstr("cannot be read"));
+    EXPECT_THAT(refusalOfStyle("<a>" + std::string(5 * 1024 * 1024, 'x') + "</a>"), HasSubstr("no plain XML"));
 }
 
 TEST(StyleParameters, NestingUpToTheLibrarysOwnBoundIsTaken) {
@@ -70,9 +70,9 @@ TEST(StyleParameters, NestingUpToTheLibrarysOwnBoundIsTaken) {
         }
         return text;
     };
-    EXPECT_EQ(refusalOf(nested(256)), "taken");
-    EXPECT_THAT(refusalOf(nested(257)), HasSubstr("nested too deeply"));
-    EXPECT_THAT(refusalOf(nested(300000)), HasSubstr("nested too deeply"));
+    EXPECT_EQ(refusalOfStyle(nested(256)), "taken");
+    EXPECT_THAT(refusalOfStyle(nested(257)), HasSubstr("nested too deeply"));
+    EXPECT_THAT(refusalOfStyle(nested(300000)), HasSubstr("nested too deeply"));
 }
 
 TEST(StyleParameters, NumbersThatDoNotFitAreTakenToTheNearerEnd) {
@@ -86,8 +86,8 @@ TEST(StyleParameters, NumbersThatDoNotFitAreTakenToTheNearerEnd) {
 }
 
 TEST(StyleParameters, AByteThatAnnouncesMoreThanThereIsDoesNoHarm) {
-    EXPECT_THAT(refusalOf("<a b=\"\xF0\"/>"), HasSubstr("cannot be read"));
-    EXPECT_THAT(refusalOf("<a><p id=\"1\" label=\"\xE2\x82\"/></a>"), HasSubstr("cannot be read"));
+    EXPECT_THAT(refusalOfStyle("<a b=\"\xF0\"/>"), HasSubstr("cannot be read"));
+    EXPECT_THAT(refusalOfStyle("<a><p id=\"1\" label=\"\xE2\x82\"/></a>"), HasSubstr("cannot be read"));
 }
 
 TEST(StyleParameters, ValuesAndTabsToChooseComeFromTheFileOfTheChannel) {

@@ -18,9 +18,9 @@ namespace {
 
 using messages::anyLine;
 
-const messages::Place kPlace = {"SensorFile.cpp", "getFctData"};
+const messages::Place kFactoryData = {"SensorFile.cpp", "getFctData"};
 
-constexpr char kParsingFailed[] = "objDnaStyleDoc.LoadMem(strDnaStyle.c_str(), TIXML_ENCODING_UTF8)";
+constexpr char kFactoryParsingFailed[] = "objDnaStyleDoc.LoadMem(strDnaStyle.c_str(), TIXML_ENCODING_UTF8)";
 
 // A declaration whose version is printed as it is: what was a text comes back as elements.
 std::string hidden(const std::string& p_strVersion) {
@@ -149,7 +149,7 @@ TEST_F(FactoryData, OfABrokenDocumentIsReportedTwiceAndEmpty) {
     const std::string strOut = outputOf([this] { EXPECT_EQ(Records{}, factory("no document")); });
     EXPECT_EQ(
         messages::assertion({"SensorFile.cpp", "getDnaStyle"}, "objStyleXmlDoc.LoadMem(szStyle, TIXML_ENCODING_UTF8)") +
-            messages::assertion(kPlace, kParsingFailed),
+            messages::assertion(kFactoryData, kFactoryParsingFailed),
         anyLine(strOut));
 }
 
@@ -245,5 +245,5 @@ TEST_F(FactoryData, RefusesADocumentThatNestsTooDeeplyOncePrinted) {
     }
     const std::string strOut =
         outputOf([&] { EXPECT_EQ(Records{}, factory("<style>" + hidden(strText) + "</style>")); });
-    EXPECT_EQ(messages::assertion(kPlace, kParsingFailed), anyLine(strOut));
+    EXPECT_EQ(messages::assertion(kFactoryData, kFactoryParsingFailed), anyLine(strOut));
 }

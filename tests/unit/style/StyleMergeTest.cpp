@@ -15,7 +15,7 @@ namespace {
 using documents::compact;
 using messages::anyLine;
 
-const messages::Place kPlace = {"SensorFile.cpp", "mergeStyle"};
+const messages::Place kMerge = {"SensorFile.cpp", "mergeStyle"};
 
 constexpr char kBase[] = "<style><tab key=\"image\"/><tab key=\"light\"/><tab key=\"lens\"/></style>";
 
@@ -139,11 +139,11 @@ TEST_F(StyleMerge, TracesEachConditionItLooksAt) {
         merged("<v none='x' name='A,B' other='C' late='D'><Delete tab_key='lens'/></v>", "(name=C)(other=C)(late=D)");
     }));
     const std::string strTraces =
-        messages::debug(kPlace, "modi_attr->Name()(none), modi_attr->Value()(x)\n") +
-        messages::debug(kPlace, "modi_attr->Name()(none), modi_attr->Value()(x) nVal()\n") +
-        messages::debug(kPlace, "modi_attr->Name()(name), modi_attr->Value()(A,B)\n") +
-        messages::debug(kPlace, "modi_attr->Name()(name), modi_attr->Value()(A,B) nVal(C)\n") +
-        messages::debug(kPlace, "modi_attr->Name()(other), modi_attr->Value()(C)\n");
+        messages::debug(kMerge, "modi_attr->Name()(none), modi_attr->Value()(x)\n") +
+        messages::debug(kMerge, "modi_attr->Name()(none), modi_attr->Value()(x) nVal()\n") +
+        messages::debug(kMerge, "modi_attr->Name()(name), modi_attr->Value()(A,B)\n") +
+        messages::debug(kMerge, "modi_attr->Name()(name), modi_attr->Value()(A,B) nVal(C)\n") +
+        messages::debug(kMerge, "modi_attr->Name()(other), modi_attr->Value()(C)\n");
     // The attribute that matches decides: the one behind it is not looked at.
     EXPECT_EQ(strTraces, strOut.substr(0, strTraces.size()));
     EXPECT_EQ(std::string::npos, strOut.find("late"));
@@ -183,8 +183,8 @@ TEST_F(StyleMerge, ReportsASelectedVariantWithoutOperationsAndGoesOn) {
                   merged("<empty name='A'/><full name='A'><Delete tab_key='lens'/></full>", "(name=A)"));
     });
     const std::string strCondition = "NULL != (node_second = node_first->FirstChildElement())";
-    EXPECT_EQ(messages::assertion(kPlace, strCondition), anyLine(strOut));
-    EXPECT_EQ(messages::loggedAssertion(kPlace, strCondition), anyLine(root.errorLog()));
+    EXPECT_EQ(messages::assertion(kMerge, strCondition), anyLine(strOut));
+    EXPECT_EQ(messages::loggedAssertion(kMerge, strCondition), anyLine(root.errorLog()));
 }
 
 // --- What an operation does ---
@@ -358,7 +358,7 @@ TEST_F(StyleMerge, GrowsAndShrinksTheText) {
 TEST_F(StyleMerge, ShowsTheMergedTextAboveDebugLevel) {
     root.debugLevel(7);
     const std::string strOut = outputOf([this] { merge("<style/>", "<v/>", ""); });
-    EXPECT_NE(std::string::npos, anyLine(strOut).find(messages::info(kPlace, "<style />\n\n"))) << strOut;
+    EXPECT_NE(std::string::npos, anyLine(strOut).find(messages::info(kMerge, "<style />\n\n"))) << strOut;
     root.debugLevel(6);
     EXPECT_EQ(std::string::npos, outputOf([this] { merge("<style/>", "<v/>", ""); }).find("<style />"));
 }
@@ -376,15 +376,15 @@ TEST_F(StyleMerge, ReportsADiversityWithoutElementsAndKeepsTheBase) {
     const std::string strOut = outputOf([this] {
         EXPECT_EQ(tabs({"image", "light", "lens"}), merged("<!-- nothing differs -->", "(lens=1)"));
     });
-    EXPECT_EQ(messages::assertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())"), anyLine(strOut));
+    EXPECT_EQ(messages::assertion(kMerge, "NULL != (node_first = doc_style_div.RootElement())"), anyLine(strOut));
 }
 
 TEST_F(StyleMerge, ReportsABrokenDiversityAndKeepsTheBase) {
     const std::string strOut = outputOf([this] {
         EXPECT_EQ(tabs({"image", "light", "lens"}), merged("not a document", "(lens=1)"));
     });
-    EXPECT_EQ(messages::assertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
-                  messages::assertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())"),
+    EXPECT_EQ(messages::assertion(kMerge, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
+                  messages::assertion(kMerge, "NULL != (node_first = doc_style_div.RootElement())"),
               anyLine(strOut));
 }
 
@@ -393,7 +393,7 @@ TEST_F(StyleMerge, AppliesADiversityAsFarAsItWasParsed) {
         EXPECT_EQ(tabs({"light", "lens"}),
                   merged("<v lens='1'><Delete tab_key='image'/></v><v lens='1'><Delete tab_key=", "(lens=1)"));
     });
-    EXPECT_EQ(messages::assertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)"),
+    EXPECT_EQ(messages::assertion(kMerge, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)"),
               anyLine(strOut));
 }
 
@@ -402,7 +402,7 @@ TEST_F(StyleMerge, ReportsABrokenBaseAndMergesWhatWasParsed) {
         EXPECT_EQ(tabs({"image"}), compact(merge("<style><tab key='image'/><tab key='lens'/>",
                                                  "<v lens='1'><Delete tab_key='lens'/></v>", "(lens=1)")));
     });
-    EXPECT_EQ(messages::assertion(kPlace, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)"), anyLine(strOut));
+    EXPECT_EQ(messages::assertion(kMerge, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)"), anyLine(strOut));
 }
 
 TEST_F(StyleMerge, WithoutTextsReportsEachStepAndGivesAnEmptyText) {
@@ -412,10 +412,10 @@ TEST_F(StyleMerge, WithoutTextsReportsEachStepAndGivesAnEmptyText) {
     ASSERT_NE(nullptr, pStyle);
     EXPECT_STREQ("", pStyle);
     std::free(pStyle);
-    EXPECT_EQ(messages::assertion(kPlace, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)") +
-                  messages::assertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
-                  messages::assertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())") +
-                  messages::assertion(kPlace, "loadFromFile(filename, *ui_style, file_len) > 0"),
+    EXPECT_EQ(messages::assertion(kMerge, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)") +
+                  messages::assertion(kMerge, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
+                  messages::assertion(kMerge, "NULL != (node_first = doc_style_div.RootElement())") +
+                  messages::assertion(kMerge, "loadFromFile(filename, *ui_style, file_len) > 0"),
               anyLine(strOut));
 }
 
@@ -424,7 +424,7 @@ TEST_F(StyleMerge, ReportsAMergedFileThatCannotBeWritten) {
     const std::string strOut = outputOf([this] { EXPECT_EQ("", merge("<style/>", "<v/>", "")); });
     EXPECT_EQ(messages::assertion({"SensorFile.cpp", "getFileLen"}, "file.open(file_name)") +
                   messages::detail("file_name(/tmp/merge_style_ch1.xml)") +
-                  messages::assertion(kPlace, "loadFromFile(filename, *ui_style, file_len) > 0"),
+                  messages::assertion(kMerge, "loadFromFile(filename, *ui_style, file_len) > 0"),
               anyLine(strOut));
 }
 
@@ -444,8 +444,8 @@ TEST_F(StyleMergeDeathTest, StopsTheProcessAtAVariantWithoutOperationsWhenAssert
 
 TEST_F(StyleMerge, RefusesABaseNestedTooDeeply) {
     const std::string strOut = outputOf([this] { EXPECT_EQ("", merge(documents::nest(257), "<v/>", "")); });
-    EXPECT_EQ(messages::assertion(kPlace, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)") +
-                  messages::assertion(kPlace, "loadFromFile(filename, *ui_style, file_len) > 0"),
+    EXPECT_EQ(messages::assertion(kMerge, "doc_style.LoadMem(*ui_style, TIXML_ENCODING_UTF8)") +
+                  messages::assertion(kMerge, "loadFromFile(filename, *ui_style, file_len) > 0"),
               anyLine(strOut));
     EXPECT_EQ("", outputOf([this] { merge(documents::nest(256), "<v/>", ""); }));
 }
@@ -455,8 +455,8 @@ TEST_F(StyleMerge, RefusesADiversityNestedTooDeeply) {
         return "<v lens='1'><AddAfter tab_key='lens'>" + documents::nest(p_nDepth - 2) + "</AddAfter></v>";
     };
     EXPECT_EQ(tabs({"image", "light", "lens"}), quietly([&] { return merged(variantOf(257), "(lens=1)"); }));
-    EXPECT_EQ(messages::loggedAssertion(kPlace, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
-                  messages::loggedAssertion(kPlace, "NULL != (node_first = doc_style_div.RootElement())"),
+    EXPECT_EQ(messages::loggedAssertion(kMerge, "doc_style_div.LoadMem(ui_styleDiversity, TIXML_ENCODING_UTF8)") +
+                  messages::loggedAssertion(kMerge, "NULL != (node_first = doc_style_div.RootElement())"),
               anyLine(root.errorLog()));
     EXPECT_NE(std::string::npos, merged(variantOf(256), "(lens=1)").find("<a />"));
 }

@@ -8,7 +8,7 @@
 namespace fs = std::filesystem;
 
 namespace {
-constexpr std::chrono::seconds kDeadline{30};
+constexpr std::chrono::seconds kPatience{30};
 }
 
 Rig::Rig(const std::string& p_strVariant) {
@@ -83,7 +83,7 @@ std::vector<camerad::EventPtr> Ear::wait(std::chrono::milliseconds p_nTime) {
 }
 
 nlohmann::json Ear::await(const std::string& p_strType, const std::function<bool(const nlohmann::json&)>& p_fnWanted) {
-    const auto tEnd = std::chrono::steady_clock::now() + kDeadline;
+    const auto tEnd = std::chrono::steady_clock::now() + kPatience;
     while (std::chrono::steady_clock::now() < tEnd) {
         if (m_queUnread.empty()) {
             const std::vector<camerad::EventPtr> events = m_pEvents->wait(std::chrono::milliseconds(200));
@@ -105,7 +105,7 @@ bool eventually(const std::function<bool()>& p_fnCondition) {
     std::condition_variable condition;
     std::unique_lock lock(mutex);
     return condition.wait_for(lock, std::chrono::milliseconds(0), p_fnCondition) || [&] {
-        const auto tEnd = std::chrono::steady_clock::now() + kDeadline;
+        const auto tEnd = std::chrono::steady_clock::now() + kPatience;
         while (std::chrono::steady_clock::now() < tEnd) {
             if (condition.wait_for(lock, std::chrono::milliseconds(5), p_fnCondition)) {
                 return true;

@@ -34,11 +34,11 @@ TEST(SceneJson, TakesEachField) {
               toJson(scene, 7));
 }
 
-struct Row {
+struct RefusedPatch {
     const char* patch;
     const char* text;
 };
-class ScenePatch : public testing::TestWithParam<Row> {};
+class ScenePatch : public testing::TestWithParam<RefusedPatch> {};
 
 TEST_P(ScenePatch, ThatIsWrongSaysWhere) {
     const camerad::Refusal refusal = refusalOf([] { patched({}, nlohmann::json::parse(GetParam().patch)); });
@@ -48,19 +48,22 @@ TEST_P(ScenePatch, ThatIsWrongSaysWhere) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, ScenePatch,
-    testing::Values(Row{"[]", "object"}, Row{R"({"fog":101})", "0 to 100"}, Row{R"({"fog":1.5})", "whole number"},
-                    Row{R"({"fog":"1"})", "\"fog\""}, Row{R"({"fog":null})", "\"fog\""},
-                    Row{R"({"fog":18446744073709551615})", "0 to 100"}, Row{R"({"wind":-1})", "\"wind\""},
-                    Row{R"({"car":1})", "true or false"}, Row{R"({"distance":0})", "\"distance\""},
-                    Row{R"({"temperature":86})", "-60 to 85"}, Row{R"({"clockShift":86401})", "\"clockShift\""},
-                    Row{R"({"lux":5})", "cannot be set"}, Row{R"({"fogg":5})", "did you mean \"fog\""},
-                    Row{R"({"light":5})", "\"light\""}, Row{R"({"light":{"kind":"moon"}})", "light/kind"},
-                    Row{R"({"light":{"lux":200001}})", "light/lux"}, Row{R"({"light":{"dayLux":5}})", "\"dayLux\""},
-                    Row{R"({"light":{"kind":"day","lux":5}})", "\"lux\""},
-                    Row{R"({"light":{"kind":"day","sunrise":"24:00"}})", "light/sunrise"},
-                    Row{R"({"light":{"kind":"day","sunrise":"21:00"}})", "before the sunset"},
-                    Row{R"({"light":{"kind":"day","sunset":600}})", "light/sunset"},
-                    Row{R"({"light":{"kind":"day","twilightMinutes":0}})", "1 to 180"},
-                    Row{R"({"light":{"kind":"day","dayLux":0.01}})", "nightLux"}));
+    testing::Values(
+        RefusedPatch{"[]", "object"}, RefusedPatch{R"({"fog":101})", "0 to 100"},
+        RefusedPatch{R"({"fog":1.5})", "whole number"}, RefusedPatch{R"({"fog":"1"})", "\"fog\""},
+        RefusedPatch{R"({"fog":null})", "\"fog\""}, RefusedPatch{R"({"fog":18446744073709551615})", "0 to 100"},
+        RefusedPatch{R"({"wind":-1})", "\"wind\""}, RefusedPatch{R"({"car":1})", "true or false"},
+        RefusedPatch{R"({"distance":0})", "\"distance\""}, RefusedPatch{R"({"temperature":86})", "-60 to 85"},
+        RefusedPatch{R"({"clockShift":86401})", "\"clockShift\""}, RefusedPatch{R"({"lux":5})", "cannot be set"},
+        RefusedPatch{R"({"fogg":5})", "did you mean \"fog\""}, RefusedPatch{R"({"light":5})", "\"light\""},
+        RefusedPatch{R"({"light":{"kind":"moon"}})", "light/kind"},
+        RefusedPatch{R"({"light":{"lux":200001}})", "light/lux"},
+        RefusedPatch{R"({"light":{"dayLux":5}})", "\"dayLux\""},
+        RefusedPatch{R"({"light":{"kind":"day","lux":5}})", "\"lux\""},
+        RefusedPatch{R"({"light":{"kind":"day","sunrise":"24:00"}})", "light/sunrise"},
+        RefusedPatch{R"({"light":{"kind":"day","sunrise":"21:00"}})", "before the sunset"},
+        RefusedPatch{R"({"light":{"kind":"day","sunset":600}})", "light/sunset"},
+        RefusedPatch{R"({"light":{"kind":"day","twilightMinutes":0}})", "1 to 180"},
+        RefusedPatch{R"({"light":{"kind":"day","dayLux":0.01}})", "nightLux"}));
 
 }  // namespace

@@ -60,12 +60,12 @@ TEST(Style, IsReadInTheOrderOfTheDocument) {
     EXPECT_EQ(nullptr, style.find(35));
 }
 
-struct Row {
+struct Choice {
     u32 key;
     long long value;
     bool good;
 };
-class StyleObjection : public testing::TestWithParam<Row> {};
+class StyleObjection : public testing::TestWithParam<Choice> {};
 
 TEST_P(StyleObjection, GoesByTheTypeOfTheParameter) {
     const Style style = parseStyleDocument(kDocument);
@@ -74,12 +74,13 @@ TEST_P(StyleObjection, GoesByTheTypeOfTheParameter) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, StyleObjection,
-                         testing::Values(Row{34, 0, true}, Row{34, 100, true}, Row{34, 55, true}, Row{34, 54, false},
-                                         Row{34, -5, false}, Row{34, 105, false}, Row{34, 1LL << 40, false},
-                                         Row{49, 7, true}, Row{49, 8, true}, Row{49, 9, false}, Row{2512, 0, true},
-                                         Row{2512, 1, true}, Row{2512, 2, false}, Row{2512, -1, false},
-                                         Row{1616, 3, true}, Row{1616, 1, false}, Row{10, 0, false},
-                                         Row{2436, -64, true}, Row{2436, 65, false}));
+                         testing::Values(Choice{34, 0, true}, Choice{34, 100, true}, Choice{34, 55, true},
+                                         Choice{34, 54, false}, Choice{34, -5, false}, Choice{34, 105, false},
+                                         Choice{34, 1LL << 40, false}, Choice{49, 7, true}, Choice{49, 8, true},
+                                         Choice{49, 9, false}, Choice{2512, 0, true}, Choice{2512, 1, true},
+                                         Choice{2512, 2, false}, Choice{2512, -1, false}, Choice{1616, 3, true},
+                                         Choice{1616, 1, false}, Choice{10, 0, false}, Choice{2436, -64, true},
+                                         Choice{2436, 65, false}));
 
 TEST(Style, SaysWhatItTakes) {
     const Style style = parseStyleDocument(kDocument);
