@@ -16,12 +16,11 @@ if(SENSORDLL_PCH)
   endif()
 endif()
 
-# sensordll_add_test(NAME [TOGETHER] SOURCES file... LIBRARIES target...)
-# One test program; each of its tests is a test of its own to ctest, run in a process and a folder of its own. With TOGETHER,
-# for tests that need no process of their own, the program is one test where starting a process takes long: with a
-# sanitizer and under an emulator.
+# sensordll_add_test(NAME SOURCES file... LIBRARIES target...)
+# One test program; each of its tests is a test of its own to ctest, run in a process of its own. Where starting a process
+# takes long, with a sanitizer and under an emulator, the program is one test, and leaves its counts in test-results.
 function(sensordll_add_test name)
-  cmake_parse_arguments(arg "TOGETHER" "" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   if(SENSORDLL_COVERAGE)
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/CoverageOfAborts.cpp)
@@ -32,9 +31,10 @@ function(sensordll_add_test name)
   endif()
   set(folder ${CMAKE_BINARY_DIR}/test-work/${name})
   file(MAKE_DIRECTORY ${folder})
-  if(arg_TOGETHER AND (SENSORDLL_SANITIZE OR CMAKE_CROSSCOMPILING))
+  if(SENSORDLL_SANITIZE OR CMAKE_CROSSCOMPILING)
     add_test(NAME ${name}:all COMMAND ${name} WORKING_DIRECTORY ${folder})
-    set_tests_properties(${name}:all PROPERTIES TIMEOUT 900)
+    set_tests_properties(${name}:all PROPERTIES TIMEOUT 1200
+                         ENVIRONMENT GTEST_OUTPUT=xml:${CMAKE_BINARY_DIR}/test-results/${name}.xml)
     return()
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 WORKING_DIRECTORY ${folder}

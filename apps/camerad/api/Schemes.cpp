@@ -8,7 +8,7 @@ namespace camerad {
 
 namespace {
 
-constexpr int kMinutes = 60;                                          // of an hour
+constexpr int kMinutesOfHour = 60;                                    // of an hour
 constexpr std::size_t kMostSchemeNameBytes = 4 * kLongestSchemeName;  // of UTF-8
 
 HttpResponse schemes(Api& p_stApi, const HttpRequest& p_stRequest) {
@@ -59,7 +59,7 @@ HttpResponse patchScheme(Api& p_stApi, const HttpRequest& p_stRequest) {
         const int start = times->minute("start").value_or(0);
         const int end = times->minute("end").value_or(0);
         times->refuseUnknown();
-        window = Window{start / kMinutes, start % kMinutes, end / kMinutes, end % kMinutes};
+        window = Window{start / kMinutesOfHour, start % kMinutesOfHour, end / kMinutesOfHour, end % kMinutesOfHour};
     }
     fields.needAny();
     objBody.finish();

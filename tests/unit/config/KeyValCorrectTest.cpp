@@ -255,7 +255,7 @@ TEST_F(KeyValCorrect, OfANegativeCountCorrectsNothing) {
 TEST_F(KeyValCorrectDeathTest, AbortsAtANullArray) {
     m_objRoot.debugLevel(1, true);
     EXPECT_DEATH(keyval_correct(0, nullptr, 0),
-                 "SensorKeyVal\\.cpp:[0-9]+: int keyval_correct\\(int, KeyVal\\*, .*\\): Assertion `bRet' failed");
+                 "SensorKeyVal\\.cpp:[0-9]+: int keyval_correct\\(int, KeyVal ?\\*, .*\\): Assertion `bRet' failed");
 }
 
 TEST_F(KeyValCorrectDeathTest, AbortsWithoutAList) {

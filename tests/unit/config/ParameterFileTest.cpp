@@ -222,7 +222,7 @@ TEST_F(ParameterFile, ThatIsAFolderIsNeitherReadNorWritten) {
 TEST_F(ParameterFileDeathTest, AbortsWhereItIsMissing) {
     m_objRoot.debugLevel(1, true);
     EXPECT_DEATH(readInto(3),
-                 "SensorFile\\.cpp:[0-9]+: int keyValFromFile\\(char\\*, KeyVal\\*, .*\\): Assertion `bRet'");
+                 "SensorFile\\.cpp:[0-9]+: int keyValFromFile\\(char ?\\*, KeyVal ?\\*, .*\\): Assertion `bRet'");
 }
 
 TEST_F(ParameterFileDeathTest, AbortsWhereItIsShort) {
@@ -235,7 +235,7 @@ TEST_F(ParameterFileDeathTest, AbortsWhereItCannotBeWritten) {
     m_objRoot.remove("/mnt/mtd/code/config_file");
     m_objRoot.debugLevel(1, true);
     EXPECT_DEATH(write({{49, 7}}),
-                 "SensorFile\\.cpp:[0-9]+: int keyValToFile\\(char\\*, KeyVal\\*, .*\\): Assertion `bRet'");
+                 "SensorFile\\.cpp:[0-9]+: int keyValToFile\\(char ?\\*, KeyVal ?\\*, .*\\): Assertion `bRet'");
 }
 
 }  // namespace

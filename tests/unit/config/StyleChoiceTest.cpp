@@ -138,7 +138,7 @@ TEST_F(StyleChoiceDeathTest, AbortsAtAnUnknownDevice) {
     m_objRoot.debugLevel(1, true);
     EXPECT_DEATH(
         initSysConf(1, m_objModule, &m_stSysConf),
-        "sensor\\.cpp:[0-9]+: int initSysConf\\(int, const ModuleConfigure&, SysConfig\\*\\): Assertion `bRet'");
+        "sensor\\.cpp:[0-9]+: int initSysConf\\(int, const ModuleConfigure ?&, SysConfig ?\\*\\): Assertion `bRet'");
 }
 
 TEST_F(StyleChoiceDeathTest, AbortsWithoutMachineInformation) {

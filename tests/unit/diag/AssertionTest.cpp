@@ -160,7 +160,8 @@ TEST_F(AssertionDeathTest, AbortsWithItsFileLineAndWholeSignatureWhenTheSwitchIs
     EXPECT_DEATH(checkLens(10), "Camera\\.cpp:[0-9]+: bool .*checkLens\\(int\\): Assertion `bRet' failed");
     EXPECT_DEATH(checkLensWithDetail(10),
                  "Camera\\.cpp:[0-9]+: bool .*checkLensWithDetail\\(int\\): Assertion `bRet' failed");
-    EXPECT_DEATH(SENSOR_ASSERT_AT(999, false, "lens fits"), "Camera\\.cpp:999: .*Assertion `bRet' failed");
+    EXPECT_DEATH(static_cast<void>(SENSOR_ASSERT_AT(999, false, "lens fits")),
+                 "Camera\\.cpp:999: .*Assertion `bRet' failed");
 }
 
 TEST_F(AssertionDeathTest, EndsByTheAbortSignal) {

@@ -213,7 +213,8 @@ TEST_F(StartDeathTest, StopsTheProcessAtAThreadThatCannotBeStartedWhenAssertions
             probe().thread().start();
             controller().init(module(""));
         },
-        "ISensorController.cpp:206: bool ISensorController::init\\(const ModuleConfigure&\\): Assertion `bRet' failed");
+        "ISensorController.cpp:206: bool ISensorController::init\\(const ModuleConfigure ?&\\): Assertion `bRet' "
+        "failed");
 }
 
 // --- What is missing ---
