@@ -7,11 +7,13 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <csignal>
 #include <cstddef>
 #include <cstring>
+#include <future>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -74,24 +76,27 @@ TEST(CameradProcess, EndsWhilePeopleWatch) {
     const CameraTree tree;
     CameraProcess process(tree, kAnyPort);
     ASSERT_TRUE(process.waitUntilServing()) << process.errors();
-    std::atomic<int> began{0};
     std::vector<std::thread> viewers;
+    std::vector<std::future<void>> beginnings;
     for (const char* const path : {"/api/v1/events", "/api/v1/channels/1/preview.mjpg", "/api/v1/events"}) {
-        viewers.emplace_back([&process, &began, path] {
+        std::promise<void> begin;
+        beginnings.push_back(begin.get_future());
+        viewers.emplace_back([&process, path, begin = std::move(begin)]() mutable {
             const auto client = process.client(process.password());
             bool first = true;
             client->Get(path, [&](const char*, std::size_t) {
-                began += first ? 1 : 0;
+                if (first) {
+                    begin.set_value();
+                }
                 first = false;
                 return true;
             });
         });
     }
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (began < 3 && std::chrono::steady_clock::now() < end) {
-        std::this_thread::yield();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+    for (const std::future<void>& beginning : beginnings) {
+        EXPECT_EQ(beginning.wait_until(end), std::future_status::ready);
     }
-    EXPECT_EQ(began, 3);
     process.signal(SIGTERM);
     EXPECT_EQ(process.finish(), 0) << process.errors();  // a status of its own would tell that something hung
     for (std::thread& viewer : viewers) {
