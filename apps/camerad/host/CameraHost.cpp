@@ -48,20 +48,24 @@ public:
         startAll();
     }
 
-    // Waits on the camera's clock could keep a worker for an hour, by a fault with a delay. On a held clock they end at
-    // once.
     ~Host() override {
-        m_objPacer.stop();
-        const bool bReal = !platform::Clock::isHeld();
-        if (bReal) {
-            platform::Clock::hold(platform::Clock::civilTime());
-        }
+        Host::endWaits();
         for (const auto& [nNumber, pChannel] : m_mapChannels) {
             pChannel->stopWorking();
         }
         m_objCamera.transcript().setObserver({});
-        if (bReal) {
+        if (m_bHeldForTheEnd) {
             platform::Clock::release();
+        }
+    }
+
+    // Waits on the camera's clock could keep a worker for an hour, by a fault with a delay. On a held clock they end at
+    // once.
+    void endWaits() override {
+        m_objPacer.stop();
+        if (!platform::Clock::isHeld()) {
+            platform::Clock::hold(platform::Clock::civilTime());
+            m_bHeldForTheEnd = true;
         }
     }
 
@@ -239,6 +243,7 @@ private:
     std::string m_strKeptProblem;
     Settings m_objKept;
     ClockPacer m_objPacer;
+    bool m_bHeldForTheEnd = false;
     mutable std::mutex m_mutexScene;   // one change of the scene at a time
     mutable std::mutex m_mutexFaults;  // the limit, and events in the order of the changes
     std::mutex m_mutexPower;           // one power cycle at a time

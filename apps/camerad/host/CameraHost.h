@@ -60,6 +60,9 @@ public:
                                              const HostSettings& p_stSettings);
     virtual ~CameraHost() = default;  // stops every channel
 
+    // Before the end: every wait on the camera's clock returns at once, so that calls come back that it holds up.
+    virtual void endWaits() = 0;
+
     virtual std::vector<int> channels() const = 0;     // numbers, ascending
     virtual ChannelHost& channel(int p_nChannel) = 0;  // Refusal (NotFound)
     virtual simcam::Camera& camera() = 0;

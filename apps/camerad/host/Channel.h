@@ -183,6 +183,9 @@ private:
     };
     Stay leaveHome();
     std::string returnHome(const Stay& p_stStay);
+    // Does something in between, which may switch; comes back even when it throws. The text says what was refused on the
+    // way back.
+    std::string away(const std::function<void()>& p_fnWork);
     // Does something while the scheme is current. Throws Refusal when the way there or back was not clear.
     void visit(int p_nScheme, const std::function<void()>& p_fnWork);
 
@@ -196,8 +199,9 @@ private:
     ParameterValue singleValue(u32 p_nKey);
     int set(u32 p_nKey, int p_nValue, bool p_bRecord);
     void keepSettings(const ChannelSettings& p_stSettings);
-    SaveResult saveAll();
-    SaveResult discardAll();
+    SaveResult awayWith(void (Channel::*p_pfnWork)(SaveResult&));
+    void saveEach(SaveResult& p_stResult);
+    void discardEach(SaveResult& p_stResult);
     void requireDone(bool p_bDone, const std::string& p_strWhat, std::uint64_t p_nSince) const;
     LensView lensNow();
     void checkLensTarget(const LensTarget& p_stTarget) const;

@@ -130,23 +130,27 @@ std::string Channel::returnHome(const Stay& p_stStay) {
                               : schemeText(p_stStay.nScheme) + " could not be applied again as a whole: " + strRefused;
 }
 
-void Channel::visit(int p_nScheme, const std::function<void()>& p_fnWork) {
+std::string Channel::away(const std::function<void()>& p_fnWork) {
     const Stay stStay = leaveHome();
-    std::optional<Refusal> refusal;
     try {
-        const std::string strRefused = m_stNow.nScheme == p_nScheme ? "" : switchTo(p_nScheme);
+        p_fnWork();
+    } catch (...) {
+        returnHome(stStay);
+        throw;
+    }
+    return returnHome(stStay);
+}
+
+void Channel::visit(int p_nScheme, const std::function<void()>& p_fnWork) {
+    std::string strRefused;
+    const std::string strBack = away([&] {
+        strRefused = m_stNow.nScheme == p_nScheme ? "" : switchTo(p_nScheme);
         p_fnWork();
         readValues();
-        if (!strRefused.empty()) {
-            refusal.emplace(Refusal::Kind::Refused, "camera-refused",
-                            "done, but " + schemeText(p_nScheme) + " could not be applied as a whole: " + strRefused);
-        }
-    } catch (const Refusal& objWhy) {
-        refusal = objWhy;
-    }
-    const std::string strBack = returnHome(stStay);
-    if (refusal) {
-        throw Refusal(*refusal);
+    });
+    if (!strRefused.empty()) {
+        throw Refusal(Refusal::Kind::Refused, "camera-refused",
+                      "done, but " + schemeText(p_nScheme) + " could not be applied as a whole: " + strRefused);
     }
     if (!strBack.empty()) {
         throw Refusal(Refusal::Kind::Refused, "camera-refused", "done, but " + strBack);
@@ -293,16 +297,27 @@ void Channel::setSchemeName(int p_nScheme, const std::string& p_strName, const A
 
 // --- Keeping ---
 
-SaveResult Channel::saveAll() {
+SaveResult Channel::awayWith(void (Channel::*p_pfnWork)(SaveResult&)) {
     SaveResult result;
-    const Stay stStay = leaveHome();
+    int nHome = 0;
+    const std::string strBack = away([&] {
+        nHome = m_stNow.nScheme;
+        (this->*p_pfnWork)(result);
+    });
+    if (!strBack.empty()) {
+        result.vecFailures.push_back({nHome, kRefusedByMedium, strBack});
+    }
+    return result;
+}
+
+void Channel::saveEach(SaveResult& p_stResult) {
     for (int i = 0; i < m_stDescription.nSchemes; ++i) {
         if (!isUnsaved(i)) {
             continue;
         }
         const std::string strRefused = m_stNow.nScheme == i ? "" : switchTo(i);
         if (!strRefused.empty()) {
-            result.vecFailures.push_back(
+            p_stResult.vecFailures.push_back(
                 {i, kRefusedByMedium,
                  "on the way to it the camera refused a value; what it holds is stored: " + strRefused});
         }
@@ -314,24 +329,17 @@ SaveResult Channel::saveAll() {
             window = view.nIndex == i ? view.stWindow : window;
         }
         if (0 != nCode) {
-            result.vecFailures.push_back({i, nCode, window.objection()});
+            p_stResult.vecFailures.push_back({i, nCode, window.objection()});
         } else if (isUnsaved(i)) {
-            result.vecFailures.push_back({i, kRefusedByMedium, "the file could not be written; the old one stays"});
+            p_stResult.vecFailures.push_back({i, kRefusedByMedium, "the file could not be written; the old one stays"});
         } else {
-            result.vecSchemes.push_back(i);
+            p_stResult.vecSchemes.push_back(i);
             m_stContext.fnStored();
         }
     }
-    const std::string strBack = returnHome(stStay);
-    if (!strBack.empty()) {
-        result.vecFailures.push_back({stStay.nScheme, kRefusedByMedium, strBack});
-    }
-    return result;
 }
 
-SaveResult Channel::discardAll() {
-    SaveResult result;
-    const Stay stStay = leaveHome();
+void Channel::discardEach(SaveResult& p_stResult) {
     for (int i = 0; i < m_stDescription.nSchemes; ++i) {
         if (!isUnsaved(i)) {
             continue;
@@ -339,7 +347,7 @@ SaveResult Channel::discardAll() {
         readStored(i);
         const std::vector<std::optional<int>>& vecStored = m_stNow.vecSchemes[static_cast<std::size_t>(i)].vecStored;
         if (vecStored.end() != std::find(vecStored.begin(), vecStored.end(), std::nullopt)) {
-            result.vecFailures.push_back(
+            p_stResult.vecFailures.push_back(
                 {i, kRefusedByMedium,
                  "its file does not hold all of its values, so there is nothing to go back to; save it"});
             continue;
@@ -357,23 +365,18 @@ SaveResult Channel::discardAll() {
         readValues();
         strRefused = bDone ? strRefused : refusalSince(nSince);
         if (!bDone || isUnsaved(i)) {
-            result.vecFailures.push_back(
+            p_stResult.vecFailures.push_back(
                 {i, kRefusedByMedium,
                  "not every stored value could be put in force again" + (strRefused.empty() ? "" : ": " + strRefused)});
         } else {
-            result.vecSchemes.push_back(i);
+            p_stResult.vecSchemes.push_back(i);
         }
     }
-    const std::string strBack = returnHome(stStay);
-    if (!strBack.empty()) {
-        result.vecFailures.push_back({stStay.nScheme, kRefusedByMedium, strBack});
-    }
-    return result;
 }
 
 SaveResult Channel::save(const Actor& p_stActor) {
     return ask<SaveResult>([this, p_stActor] {
-        const SaveResult result = saveAll();
+        const SaveResult result = awayWith(&Channel::saveEach);
         conclude(p_stActor);
         return result;
     });
@@ -381,7 +384,7 @@ SaveResult Channel::save(const Actor& p_stActor) {
 
 SaveResult Channel::discard(const Actor& p_stActor) {
     return ask<SaveResult>([this, p_stActor] {
-        const SaveResult result = discardAll();
+        const SaveResult result = awayWith(&Channel::discardEach);
         conclude(p_stActor);
         return result;
     });

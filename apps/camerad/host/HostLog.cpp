@@ -93,6 +93,8 @@ void HostLog::addMessage(const std::string& p_strLine) {
         const LogEntry& kept = append(std::move(entry));
         if (m_vecMessages.size() < kMessages) {
             m_vecMessages.push_back(kept);
+        } else {
+            ++m_nDroppedMessages;
         }
     }
     m_condition.notify_all();
@@ -126,6 +128,7 @@ void HostLog::tell(Lock& p_objLock) {
     const std::vector<LogEntry> vecDriver = std::exchange(m_vecDriver, {});
     const std::vector<LogEntry> vecMessages = std::exchange(m_vecMessages, {});
     const std::uint64_t nDropped = std::exchange(m_nDropped, 0);
+    const std::uint64_t nDroppedMessages = std::exchange(m_nDroppedMessages, 0);
     p_objLock.unlock();
     if (!vecDriver.empty()) {
         nlohmann::json entries = nlohmann::json::array();
@@ -136,7 +139,10 @@ void HostLog::tell(Lock& p_objLock) {
     }
     for (const LogEntry& message : vecMessages) {
         m_objEvents.publish("message", 0,
-                            {{"number", message.nNumber}, {"time", message.strTime}, {"text", message.strText}});
+                            {{"number", message.nNumber},
+                             {"time", message.strTime},
+                             {"text", message.strText},
+                             {"dropped", &message == &vecMessages.back() ? nDroppedMessages : 0}});
     }
     p_objLock.lock();
 }

@@ -52,6 +52,7 @@ private:
     std::vector<LogEntry> m_vecDriver;    // not yet told
     std::vector<LogEntry> m_vecMessages;  // not yet told
     std::uint64_t m_nDropped = 0;         // driver entries that will not be told
+    std::uint64_t m_nDroppedMessages = 0;
     std::uint64_t m_nLast = 0;
     HostCounters m_stCounters;
     bool m_bStop = false;

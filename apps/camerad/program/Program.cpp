@@ -17,9 +17,12 @@
 #include <array>
 #include <csignal>
 #include <cstdlib>
+#include <future>
 #include <iostream>
 #include <memory>
 #include <random>
+#include <string>
+#include <thread>
 
 namespace camerad {
 
@@ -35,35 +38,56 @@ void log(const std::string& p_strLine) {
     std::cerr << "camerad: " + p_strLine + "\n";
 }
 
-// SIGTERM, SIGINT and SIGHUP wait until they are asked for, in every thread that is made from here on.
-class Signals {
-public:
-    Signals() {
-        std::signal(SIGPIPE, SIG_IGN);
-        sigemptyset(&m_stEnding);
-        for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-            sigaddset(&m_stEnding, signal);
-        }
-        pthread_sigmask(SIG_BLOCK, &m_stEnding, nullptr);
-    }
-    // Blocks until one has come.
-    void wait() const {
-        int signal = 0;
-        while (0 != sigwait(&m_stEnding, &signal)) {
-        }
-        log(std::string("ending: ") + (SIGINT == signal ? "interrupted" : SIGHUP == signal ? "hung up" : "terminated"));
-    }
-
-private:
-    sigset_t m_stEnding{};
-};
-
 // What cannot be ended in time is left; every file of the camera is whole at any time.
 void onHung(int /*p_nSignal*/) {
     const char text[] = "camerad: a call of the camera does not return; ending without it\n";
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof(text) - 1);
     _exit(kHung);
 }
+
+// SIGTERM, SIGINT and SIGHUP reach no thread but one that waits for them, from the start on. The first of them sets the time
+// in which the process has to end, wherever it is.
+class Signals {
+public:
+    Signals() {
+        std::signal(SIGPIPE, SIG_IGN);
+        std::signal(SIGALRM, onHung);
+        sigset_t ending{};
+        sigemptyset(&ending);
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP, kNoMore}) {
+            sigaddset(&ending, signal);
+        }
+        pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+        m_objThread = std::thread([this, ending] { await(ending); });
+    }
+    ~Signals() {
+        pthread_kill(m_objThread.native_handle(), kNoMore);
+        m_objThread.join();
+    }
+    Signals(const Signals&) = delete;
+    Signals& operator=(const Signals&) = delete;
+
+    // Blocks until one has come.
+    void wait() { m_objCame.get_future().wait(); }
+
+private:
+    static constexpr int kNoMore = SIGUSR1;
+
+    void await(const sigset_t& p_stEnding) {
+        int signal = 0;
+        while (0 != sigwait(&p_stEnding, &signal)) {
+        }
+        if (kNoMore == signal) {
+            return;
+        }
+        alarm(kEndSeconds);
+        log(std::string("ending: ") + (SIGINT == signal ? "interrupted" : SIGHUP == signal ? "hung up" : "terminated"));
+        m_objCame.set_value();
+    }
+
+    std::promise<void> m_objCame;
+    std::thread m_objThread;
+};
 
 // Lines go to the host for as long as the object lives.
 class MessagesToHost {
@@ -98,7 +122,7 @@ std::uint64_t anyNumber() {
 }
 
 int serve(const ProgramOptions& p_stOptions) {
-    const Signals signals;
+    Signals signals;
     LibraryMessages messages;
 
     AccessSettings accessSettings;
@@ -150,8 +174,8 @@ int serve(const ProgramOptions& p_stOptions) {
         tellServiceManager(manager, "STOPPING=1");
     }
 
-    std::signal(SIGALRM, onHung);
-    alarm(kEndSeconds);
+    // A call that waits on the camera's clock returns, and its request with it.
+    host->endWaits();
     // Whoever waits for an event or a picture stops waiting, so that the server finds its threads free.
     events.close();
     for (const auto& [channel, feed] : feeds) {

@@ -274,7 +274,7 @@ export interface CameraEvents {
   schemes: SchemesView;
   ranges: RangesEvent;
   driver: { entries: LogEntry[]; dropped: number };
-  message: { number: number; time: string; text: string };
+  message: { number: number; time: string; text: string; dropped: number };
   lens: LensView & { channel: number };
   'day-night': { channel: number; state: DayNight };
   clock: Clock;

@@ -67,6 +67,7 @@ private:
 
 class FakeHost : public CameraHost {
 public:
+    void endWaits() override {}
     FakeChannel objFirst{1};
     FakeChannel objSecond{2};
     std::vector<std::string> vecCalls;

@@ -368,6 +368,25 @@ TEST(CameraHost, DriverCallsAreToldTogetherAndTheRestIsCounted) {
     EXPECT_EQ(rig.host().log(before, 5000).size(), told + dropped);
 }
 
+TEST(CameraHost, MessagesAreToldOneByOneAndTheRestIsCounted) {
+    Rig rig;
+    rig.start();
+    const auto listener = rig.listen({0, {"message"}});
+    for (int i = 0; i < 300; ++i) {
+        rig.host().addMessage("line " + std::to_string(i));
+    }
+    std::uint64_t told = 0;
+    std::uint64_t dropped = 0;
+    EXPECT_TRUE(eventually([&] {
+        for (const camerad::EventPtr& event : listener->wait(std::chrono::milliseconds(0))) {
+            ++told;
+            dropped += nlohmann::json::parse(event->strData)["dropped"].get<std::uint64_t>();
+        }
+        return told + dropped >= 300;
+    }));
+    EXPECT_EQ(300u, told + dropped);
+}
+
 TEST(CameraHost, TheLevelOfMessagesIsKeptInTheSignFile) {
     Rig rig;
     rig.start();

@@ -123,6 +123,15 @@ bool CameraProcess::waitUntilServing() {
     return false;
 }
 
+bool CameraProcess::waitForPassword() {
+    while (password().empty()) {
+        if (!readLine()) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void CameraProcess::signal(int p_nSignal) const {
     kill(m_nChild, p_nSignal);
 }

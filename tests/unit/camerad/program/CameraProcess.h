@@ -31,6 +31,8 @@ public:
 
     // Reads standard output up to the line with the address. False when the program ended before.
     bool waitUntilServing();
+    // Likewise up to that with the first password, which comes before the camera starts.
+    bool waitForPassword();
     void signal(int p_nSignal) const;
     int finish();  // waits for the end; exit status, 128 and the signal when a signal ended it
 

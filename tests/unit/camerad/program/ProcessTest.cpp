@@ -1,12 +1,15 @@
 // The whole program: started, spoken to, ended, started again.
 #include "tests/unit/camerad/program/CameraProcess.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <cstring>
@@ -102,6 +105,42 @@ TEST(CameradProcess, EndsWhilePeopleWatch) {
     for (std::thread& viewer : viewers) {
         viewer.join();
     }
+}
+
+TEST(CameradProcess, EndsWhileACallWaitsInTheDriver) {
+    const CameraTree tree;
+    CameraProcess process(tree, kAnyPort);
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    const auto client = process.client(process.password());
+    jsonOf(client->Post("/api/v1/faults", R"({"text":"cmd=34 opt=set delay=3000000000"})", "application/json"), 201);
+    std::future<int> status = std::async(std::launch::async, [&process] {
+        const auto other = process.client(process.password());
+        const auto answer = other->Patch(kParameters, R"({"parameters":[{"key":34,"value":61}]})", "application/json");
+        return answer ? answer->status : 0;
+    });
+    bool matched = false;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+    while (!matched && std::chrono::steady_clock::now() < end) {
+        matched = 0 < jsonOf(client->Get("/api/v1/faults"))["faults"][0]["acted"].get<int>();
+    }
+    EXPECT_TRUE(matched);
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.finish(), 0) << process.errors();
+    status.wait();
+}
+
+TEST(CameradProcess, EndsInTimeWhenItsStartHangs) {
+    const CameraTree tree;
+    const int writer = open((tree.path() + "/mnt/mtd/code/config_file/snsversion.cfg.new").c_str(),
+                            O_WRONLY | O_CREAT | O_CLOEXEC, 0600);  // as if another process wrote it, for ever
+    ASSERT_NE(writer, -1);
+    ASSERT_EQ(flock(writer, LOCK_EX), 0);
+    CameraProcess process(tree, kAnyPort);
+    ASSERT_TRUE(process.waitForPassword()) << process.errors();
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.finish(), 3) << process.errors();
+    EXPECT_THAT(process.errors(), HasSubstr("does not return"));
+    close(writer);
 }
 
 TEST(CameradProcess, TheLibrarysMessagesAreNoOutputButStandInTheLog) {

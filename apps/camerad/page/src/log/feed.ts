@@ -113,7 +113,7 @@ export function startLog(): void {
           text: event.text,
         },
       ],
-      0,
+      event.dropped,
     ),
   );
   onAnew(() => void load());
