@@ -5,6 +5,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -42,7 +43,9 @@ LibraryMessages::LibraryMessages()
     }
     m_nRead = ends[0];
     std::fflush(stdout);
-    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    // With a buffer of its own: without one, a stream that was written to before goes on to keep whole lines back.
+    static std::array<char, BUFSIZ> buffer;
+    std::setvbuf(stdout, buffer.data(), _IOLBF, buffer.size());
     dup2(ends[1], STDOUT_FILENO);
     close(ends[1]);
     m_thread = std::thread([this] { run(); });
