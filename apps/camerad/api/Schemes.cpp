@@ -8,7 +8,7 @@ namespace camerad {
 
 namespace {
 
-constexpr int kMinutesOfHour = 60;                                    // of an hour
+constexpr int kMinutesOfHour = 60;
 constexpr std::size_t kMostSchemeNameBytes = 4 * kLongestSchemeName;  // of UTF-8
 
 HttpResponse schemes(Api& p_stApi, const HttpRequest& p_stRequest) {
