@@ -73,16 +73,22 @@ public:
 private:
     static constexpr int kNoMore = SIGUSR1;
 
+    static const char* nameOf(int p_nSignal) {
+        return SIGINT == p_nSignal ? "interrupted" : SIGHUP == p_nSignal ? "hung up" : "terminated";
+    }
+
+    // Only the first one ends; those after it change nothing any more.
     void await(const sigset_t& p_stEnding) {
-        int signal = 0;
-        while (0 != sigwait(&p_stEnding, &signal)) {
+        bool came = false;
+        for (int signal = 0; kNoMore != signal;) {
+            if (0 != sigwait(&p_stEnding, &signal) || kNoMore == signal || came) {
+                continue;
+            }
+            came = true;
+            alarm(kEndSeconds);
+            log(std::string("ending: ") + nameOf(signal));
+            m_objCame.set_value();
         }
-        if (kNoMore == signal) {
-            return;
-        }
-        alarm(kEndSeconds);
-        log(std::string("ending: ") + (SIGINT == signal ? "interrupted" : SIGHUP == signal ? "hung up" : "terminated"));
-        m_objCame.set_value();
     }
 
     std::promise<void> m_objCame;

@@ -69,6 +69,13 @@ test('each part of the filter takes away', () => {
     [{ text: 'stored' }, [3]],
     [{ text: '12:00:05' }, [1, 2, 3]],
     [{ text: ' - ' }, [1, 2, 3]],
+    [{ text: '"set 2369"' }, [1]],
+    [{ text: '"80 2369"' }, []],
+    [{ text: '"scheme 1 sto' }, [3]],
+    [{ text: '-"scheme 1" -mirror' }, [1]],
+    [{ text: 'notify "= 0"' }, [2]],
+    [{ text: '"-5"' }, [1]],
+    [{ text: '" -"" "' }, [1, 2, 3]],
   ] as const) {
     assert.deepEqual(shown(change), expected, JSON.stringify(change));
     assert.equal(isEverything({ ...kEverything, ...change }), false, JSON.stringify(change));

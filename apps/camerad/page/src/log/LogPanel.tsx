@@ -83,7 +83,7 @@ export function LogPanel() {
         <input
           type="search"
           class="log-search"
-          placeholder="Filter: words, numbers, -without"
+          placeholder='Filter: words, "a phrase", -without'
           aria-label="Words that a line must have"
           value={filter.text}
           data-testid="log-filter"

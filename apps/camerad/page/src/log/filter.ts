@@ -67,14 +67,24 @@ function kindShown(filter: LogFilter, kind: string): boolean {
   }
 }
 
+// The words of a filter: what lies between blanks, or between quotation marks, blanks and all. The last mark may be missing.
+function wordsOf(text: string): { wanted: string[]; unwanted: string[] } {
+  const wanted: string[] = [];
+  const unwanted: string[] = [];
+  for (const [, minus = '', phrase, word = ''] of text.toLowerCase().matchAll(/(-?)(?:"([^"]*)"?|([^\s"]+))/g)) {
+    // -5 is a result, and a minus by itself a word that is not there yet.
+    const isNumber = undefined === phrase && /^\d/.test(word);
+    const what = (isNumber ? minus : '') + (phrase ?? word);
+    if ('' !== what && '-' !== what) {
+      ('-' === minus && !isNumber ? unwanted : wanted).push(what);
+    }
+  }
+  return { wanted, unwanted };
+}
+
 // Every word of the filter must be somewhere in the line or in what its number is called; "-word" must not.
 export function matcher(filter: LogFilter, names: ReadonlyMap<number, string> = new Map()): (line: LogLine) => boolean {
-  const words = filter.text
-    .toLowerCase()
-    .split(/\s+/)
-    .filter((word) => '' !== word && '-' !== word);
-  const wanted = words.filter((word) => !word.startsWith('-') || /^-\d/.test(word));
-  const unwanted = words.filter((word) => word.startsWith('-') && !/^-\d/.test(word)).map((word) => word.slice(1));
+  const { wanted, unwanted } = wordsOf(filter.text);
   return (line) => {
     if (!kindShown(filter, line.kind) || (filter.failedOnly && !isFailure(line))) {
       return false;
@@ -82,7 +92,7 @@ export function matcher(filter: LogFilter, names: ReadonlyMap<number, string> = 
     if (0 !== filter.channel && 0 !== line.channel && filter.channel !== line.channel) {
       return false;
     }
-    if (0 === words.length) {
+    if (0 === wanted.length + unwanted.length) {
       return true;
     }
     const text =
