@@ -75,7 +75,7 @@ test('each part of the filter takes away', () => {
     [{ text: '-"scheme 1" -mirror' }, [1]],
     [{ text: 'notify "= 0"' }, [2]],
     [{ text: '"-5"' }, [1]],
-    [{ text: '" -"" "' }, [1, 2, 3]],
+    [{ text: '"" -"" "' }, [1, 2, 3]],
   ] as const) {
     assert.deepEqual(shown(change), expected, JSON.stringify(change));
     assert.equal(isEverything({ ...kEverything, ...change }), false, JSON.stringify(change));
