@@ -3,10 +3,13 @@
 
 #include "simcam/Commands.h"
 
+#include <algorithm>
 #include <climits>
 #include <fstream>
 #include <random>
+#include <set>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -30,6 +33,37 @@ PictureParameters street() {
 
 unsigned checksumOf(const PictureParameters& p_st) {
     return checksum(Measured(p_st).picture());
+}
+
+// Commands whose value no picture shows; docs/picture.md says why, in the same order.
+bool isNotDrawn(u32 p_nCommand) {
+    constexpr std::pair<u32, u32> kNotDrawn[] = {
+        {81, 81},     {1571, 1571}, {8207, 8207},                // how quickly iris, zoom and focus move
+        {144, 144},   {147, 147},   {176, 176},   {2560, 2560},  // what is chosen by them has commands of its own
+        {1536, 1538}, {1632, 1632},                              // how focus is found; its position is drawn
+        {2048, 2048}, {2064, 2064},                              // a lens that distorts nothing
+        {8203, 8204}, {8209, 8209}, {8211, 8211},                // a thermal sensor that does not drift
+        {2464, 2464}, {8100, 8103}, {9000, 9406},                // more than one picture
+        {190, 193},                                              // of the driver's own tests
+    };
+    return std::any_of(std::begin(kNotDrawn), std::end(kNotDrawn), [&](const std::pair<u32, u32>& p_st) {
+        return p_st.first <= p_nCommand && p_nCommand <= p_st.second;
+    });
+}
+
+// No value that the driver learns to hold is forgotten here.
+TEST(Picture, EveryValueOfTheDriverIsDrawnOrIsNotForAReason) {
+    std::set<u32> setDrawn;
+    for (const PictureField& stField : fields()) {
+        setDrawn.insert(stField.command);
+    }
+    std::size_t nCount = 0;
+    const simcam::CommandRow* const pRows = simcam::commandTable(nCount);
+    for (std::size_t i = 0; i < nCount; ++i) {
+        if (simcam::CommandKind::Value == pRows[i].kind || simcam::CommandKind::Dynamic == pRows[i].kind) {
+            EXPECT_NE(isNotDrawn(pRows[i].command), 0 != setDrawn.count(pRows[i].command)) << pRows[i].name;
+        }
+    }
 }
 
 TEST(Picture, IsOfTheSizeThatWasAskedFor) {
