@@ -13,9 +13,11 @@ const kStartTime = 20_000; // milliseconds, on a machine that is busy with other
 const kStopTime = 10_000;
 
 export class Camera {
-  // Lays out a device root in the folder: rootfs/, and over it the variant when there is one.
-  constructor(folder, variant) {
+  // Lays out a device root in the folder: rootfs/, and over it the variant when there is one. address: where it listens; at
+  // any but 127.0.0.1 it speaks TLS.
+  constructor(folder, variant, address = '127.0.0.1') {
     this.folder = folder;
+    this.address = address;
     this.root = join(folder, 'root');
     this.portFile = join(folder, 'port');
     this.output = ''; // of all starts
@@ -33,7 +35,7 @@ export class Camera {
   }
 
   get url() {
-    return `http://127.0.0.1:${this.port}/`;
+    return `${'127.0.0.1' === this.address ? 'http' : 'https'}://127.0.0.1:${this.port}/`;
   }
 
   // A second start takes the port of the first, so that a page that is open finds the camera again.
@@ -41,7 +43,7 @@ export class Camera {
     rmSync(this.portFile, { force: true });
     const child = spawn(
       kProgram,
-      ['--root', this.root, '--listen', `127.0.0.1:${this.port}`, '--port-file', this.portFile],
+      ['--root', this.root, '--listen', `${this.address}:${this.port}`, '--port-file', this.portFile],
       { stdio: ['ignore', 'pipe', 'pipe'] },
     );
     this.child = child;

@@ -31,15 +31,15 @@ after(async () => {
   await (await browser)?.close();
 });
 
-// variant: of rootfs/variants. start: false for a story that starts the camera itself.
-export function story(name, tell, { variant, start = true } = {}) {
+// variant: of rootfs/variants. start: false for a story that starts the camera itself. address: where the camera listens.
+export function story(name, tell, { variant, start = true, address } = {}) {
   stories += 1;
   const label = `${basename(process.argv[1], '.test.mjs')}-${stories}`;
   test(name, { timeout: kStoryTime }, async () => {
     const folder = join(kOutput, label);
     rmSync(folder, { recursive: true, force: true });
     mkdirSync(folder, { recursive: true });
-    const camera = new Camera(folder, variant);
+    const camera = new Camera(folder, variant, address);
     const visits = [];
     let hasFailed = true;
     try {
