@@ -350,12 +350,12 @@ bool Connection::send(Request& p_stRequest) {
     } catch (const std::exception& error) {
         m_stShared.log(p_stRequest.strLabel + " could not be answered: " + error.what());
     }
+    m_stShared.nTimeouts += exchange.bLate ? 1 : 0;  // first: who sees that the stream has ended may look why
     if (stream) {
         --m_stShared.nStreams;
     } else {
         count(exchange.nStatus);
     }
-    m_stShared.nTimeouts += exchange.bLate ? 1 : 0;
     m_bBroken = !sent;
     return sent && !exchange.bClose;
 }
