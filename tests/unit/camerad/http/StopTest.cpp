@@ -94,7 +94,8 @@ TEST(HttpStop, LeavesNeitherDescriptorsNorThreads) {
         }
     }
     EXPECT_EQ(openDescriptors(), descriptors);
-    EXPECT_LE(runningThreads(), threads);  // one of the test before may have been on its way out
+    // The system lists a thread for a moment after it has ended: these, and when they were counted those of before.
+    EXPECT_TRUE(eventually([threads] { return runningThreads() <= threads; }));
 }
 
 TEST(HttpStop, ThreadsOfEndedConnectionsGoWhileItServes) {
@@ -104,7 +105,7 @@ TEST(HttpStop, ThreadsOfEndedConnectionsGoWhileItServes) {
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(server.get("/hello").nStatus, 200);
     }
-    EXPECT_TRUE(eventually([threads] { return runningThreads() == threads; }));
+    EXPECT_TRUE(eventually([threads] { return runningThreads() <= threads; }));
     EXPECT_EQ(openDescriptors(), descriptors);
 }
 
