@@ -34,7 +34,7 @@ function setUp(options: Partial<StreamOptions> = {}) {
   const until = async (isSo: () => boolean): Promise<void> => {
     const deadline = setTimeout(() => {
       throw new Error(`It did not come. Told: ${told.join(', ')}`);
-    }, 10_000);
+    }, 30_000);
     while (!isSo()) {
       await new Promise<void>((resolve) => (news = resolve));
     }

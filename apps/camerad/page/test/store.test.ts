@@ -80,7 +80,7 @@ class Camera {
   }
 }
 
-const kPatience = 4000; // milliseconds
+const kPatience = 30_000; // milliseconds, on a machine that is busy with other things
 
 // Waits for what the page does by itself.
 async function until(what: () => boolean): Promise<void> {
