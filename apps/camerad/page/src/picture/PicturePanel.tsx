@@ -1,6 +1,6 @@
 import './picture.css';
 
-import { useEffect, useRef, useState } from 'preact/hooks';
+import { useEffect, useLayoutEffect, useRef, useState } from 'preact/hooks';
 
 import { ApiError, api, explain } from '../api';
 import { attempt, channel, currentChannel, dayNight, notify, readOnlyReason } from '../store';
@@ -48,7 +48,7 @@ function Picture({ shown }: { shown: number }) {
   const [isFull, setFull] = useState(false);
   const [view, changeView] = useView(frame);
 
-  useEffect(() => {
+  useLayoutEffect(() => {
     if (null === canvas.current) {
       return undefined;
     }
@@ -64,8 +64,9 @@ function Picture({ shown }: { shown: number }) {
     };
   }, []);
 
-  // Nobody looks at a frozen picture or a hidden page; the camera need not draw for them.
-  useEffect(() => {
+  // Nobody looks at a frozen picture or a hidden page; the camera need not draw for them. A layout effect, so that no frame
+  // follows once "Frozen" can be read.
+  useLayoutEffect(() => {
     if (isFrozen) {
       return undefined;
     }
@@ -84,6 +85,7 @@ function Picture({ shown }: { shown: number }) {
     return () => {
       document.removeEventListener('visibilitychange', follow);
       opened.stop();
+      painter.current?.forget();
     };
   }, [isFrozen, shown]);
 

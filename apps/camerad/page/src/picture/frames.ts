@@ -18,6 +18,7 @@ export class FramePainter {
   private isDecoding = false;
   private measuredAt = -Infinity;
   private painted = 0;
+  private forgotten = 0; // times
   private isClosed = false;
 
   // `onHistogram` is called a few times a second, `onSize` when pictures come in another size than before.
@@ -55,6 +56,12 @@ export class FramePainter {
     return { jpeg: this.newest, histogram: this.measure() };
   }
 
+  // What has come and is not drawn yet stays undrawn.
+  forget(): void {
+    this.forgotten += 1;
+    this.waiting = null;
+  }
+
   close(): void {
     this.isClosed = true;
     this.waiting = null;
@@ -63,10 +70,11 @@ export class FramePainter {
   private async work(): Promise<void> {
     while (null !== this.waiting) {
       const jpeg = this.waiting;
+      const forgotten = this.forgotten;
       this.waiting = null;
       try {
         const bitmap = await createImageBitmap(new Blob([jpeg], { type: 'image/jpeg' }));
-        if (!this.isClosed) {
+        if (!this.isClosed && forgotten === this.forgotten) {
           this.paint(jpeg, bitmap);
         }
         bitmap.close();
