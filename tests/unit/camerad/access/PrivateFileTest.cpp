@@ -135,12 +135,14 @@ TEST_F(PrivateFiles, CloseAnOpenFolderThatHasNothingOfThemYet) {
 
 TEST_F(PrivateFiles, RefuseWhatIsNoFile) {
     m_objRoot.makeFolder(kFile.strPath);
+    ASSERT_EQ(chmod(folder().c_str(), 0700), 0);
     EXPECT_THAT(readError(), HasSubstr("not a regular file"));
     EXPECT_THAT(writeError(), HasSubstr("cannot be written"));
 }
 
 TEST_F(PrivateFiles, DoNotWaitForThePipeInTheirPlace) {
     m_objRoot.makeFolder("/mnt/mtd/private");
+    ASSERT_EQ(chmod(folder().c_str(), 0700), 0);
     ASSERT_EQ(mkfifo(place().c_str(), 0600), 0);
     EXPECT_THAT(readError(), HasSubstr("not a regular file"));
 }
