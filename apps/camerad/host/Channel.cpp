@@ -224,14 +224,7 @@ void Channel::applyStartingScheme() {
         readNight();
         nWanted = m_stNow.bNight && m_stDescription.nSchemes > 1 ? 1 : 0;
         if (kFollowSchedule == m_stNow.nFollow) {
-            const platform::CivilTime stTime = platform::Clock::civilTime();
-            const int nMinute = stTime.hour * 60 + stTime.minute;
-            nWanted = m_stDescription.bGaps ? nWanted : 0;
-            for (const SchemeView& scheme : schemesOf(m_stNow).vecSchemes) {
-                for (const auto& [nStart, nEnd] : scheme.vecInForce) {
-                    nWanted = nStart <= nMinute && nMinute < nEnd ? scheme.nIndex : nWanted;
-                }
-            }
+            nWanted = scheduledNow().value_or(nWanted);
         }
     }
     nWanted = nWanted >= 0 && nWanted <= m_stDescription.nSchemes ? nWanted : 0;
@@ -312,7 +305,20 @@ void Channel::look() {
 }
 
 std::string Channel::whyByItself() const {
-    return kFollowDayNight == m_stNow.nFollow ? "day-night" : "schedule";
+    return kFollowDayNight == m_stNow.nFollow || !scheduledNow() ? "day-night" : "schedule";
+}
+
+std::optional<int> Channel::scheduledNow() const {
+    const platform::CivilTime stTime = platform::Clock::civilTime();
+    const int nMinute = stTime.hour * 60 + stTime.minute;
+    for (const SchemeView& scheme : schemesOf(m_stNow).vecSchemes) {
+        for (const auto& [nStart, nEnd] : scheme.vecInForce) {
+            if (nStart <= nMinute && nMinute < nEnd) {
+                return scheme.nIndex;
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 bool Channel::noticeSwitch() {

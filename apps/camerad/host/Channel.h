@@ -150,6 +150,8 @@ private:
     bool noticeSwitch();  // true when the camera has switched by itself
     void tellSwitch();    // notices it, and stored files that are others now, and tells
     std::string whyByItself() const;
+    // The scheme that the schedule takes at this minute; none where day and night decide.
+    std::optional<int> scheduledNow() const;
     void readValues();
     void readStored(int p_nScheme);
     void readStyle();

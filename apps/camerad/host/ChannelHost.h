@@ -62,8 +62,8 @@ struct Window {
     int nStartHour = 0, nStartMinute = 0, nEndHour = 24, nEndMinute = 0;
     // What flush would say: 0, 505, 506, 507.
     int check() const;
-    // The sentence for a person; empty when it can be stored.
-    std::string objection() const;
+    // The sentence for a person; empty when it can be stored. p_bGaps: see SchemesView.
+    std::string objection(bool p_bGaps) const;
 };
 
 struct SchemeView {
@@ -79,6 +79,8 @@ struct SchemesView {
     int nFactory = 0;  // number of the factory scheme, which is not in the list
     bool bAutomatic = false;
     std::string strFollow;  // "nothing", "schedule", "day-night"
+    // Outside of every window day and night decide, between the schemes 0 and 1; otherwise scheme 0 holds there.
+    bool bGaps = false;
     std::vector<SchemeView> vecSchemes;
 };
 

@@ -61,6 +61,7 @@ SchemesView Channel::schemesOf(const Known& p_stKnown) const {
     view.nFactory = m_stDescription.nSchemes;
     view.bAutomatic = p_stKnown.stSettings.bAutomatic;
     view.strFollow = followName(p_stKnown.nFollow);
+    view.bGaps = m_stDescription.bGaps;
     const auto fnPlace = [&](u32 p_nKey) {
         return static_cast<std::size_t>(std::find(p_stKnown.pKeys->begin(), p_stKnown.pKeys->end(), p_nKey) -
                                         p_stKnown.pKeys->begin());
@@ -243,7 +244,7 @@ void Channel::setWindow(int p_nScheme, const Window& p_stWindow, const Actor& p_
         fnOutside(p_stWindow.nStartMinute, 59) || fnOutside(p_stWindow.nEndMinute, 59)) {
         throw Refusal(Refusal::Kind::BadValue, "bad-value", "times of a window are 00:00 to 24:00, with minutes to 59");
     }
-    const std::string strObjection = p_stWindow.objection();
+    const std::string strObjection = p_stWindow.objection(m_stDescription.bGaps);
     if (!strObjection.empty()) {
         throw Refusal(Refusal::Kind::Conflict, "window-not-storable", strObjection);
     }
@@ -329,7 +330,7 @@ void Channel::saveEach(SaveResult& p_stResult) {
             window = view.nIndex == i ? view.stWindow : window;
         }
         if (0 != nCode) {
-            p_stResult.vecFailures.push_back({i, nCode, window.objection()});
+            p_stResult.vecFailures.push_back({i, nCode, window.objection(m_stDescription.bGaps)});
         } else if (isUnsaved(i)) {
             p_stResult.vecFailures.push_back({i, kRefusedByMedium, "the file could not be written; the old one stays"});
         } else {

@@ -27,16 +27,18 @@ int Window::check() const {
     return nStart >= nEnd ? 507 : 0;
 }
 
-std::string Window::objection() const {
+std::string Window::objection(bool p_bGaps) const {
     switch (check()) {
         case 505:
             return "the window starts later than 24:00";
         case 506:
             return "the window ends later than 24:00";
         case 507:
-            return "the window must start before it ends, on the same day; for a window across midnight use two "
-                   "schemes, "
-                   "or leave the night to scheme 0, which holds where no window does";
+            return std::string(
+                       "the window must start before it ends, on the same day; for a window across midnight use two "
+                       "schemes, or leave the night to ") +
+                   (p_bGaps ? "day and night, which decide where no window holds"
+                            : "scheme 0, which holds where no window does");
         default:
             return "";
     }

@@ -64,8 +64,13 @@ nlohmann::json toJson(const SchemesView& p_stView, int p_nChannel) {
                            {"unsaved", scheme.vecUnsaved},
                            {"inForce", intervals(scheme.vecInForce)}});
     }
-    return {{"channel", p_nChannel},        {"current", p_stView.nCurrent}, {"automatic", p_stView.bAutomatic},
-            {"follow", p_stView.strFollow}, {"factory", p_stView.nFactory}, {"schemes", std::move(schemes)}};
+    return {{"channel", p_nChannel},
+            {"current", p_stView.nCurrent},
+            {"automatic", p_stView.bAutomatic},
+            {"follow", p_stView.strFollow},
+            {"gaps", p_stView.bGaps ? "day-night" : "scheme-0"},
+            {"factory", p_stView.nFactory},
+            {"schemes", std::move(schemes)}};
 }
 
 nlohmann::json toJson(const std::vector<RangeView>& p_vecRanges) {

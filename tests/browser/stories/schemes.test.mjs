@@ -88,6 +88,34 @@ story('The time line shows which scheme will be in force, and a window is dragge
   assert.equal(await visit.get(`piece-${20 * 60}`).getAttribute('data-scheme'), '1');
 });
 
+story('On a camera for number plates day and night decide where no window is, and the page says so', async (s) => {
+  await s.camera.request('PUT', '/clock', { simulated: true, time: '2026-06-01T15:00:00', speed: 0 });
+  for (const [index, name, start, end] of [
+    [0, 'Day', '06:00', '08:00'],
+    [1, 'Night', '09:00', '10:00'],
+    [2, 'Third', '10:00', '11:00'],
+    [3, 'Fourth', '11:00', '12:00'],
+  ]) {
+    await s.camera.request('PATCH', `/channels/1/schemes/${index}`, { name, window: { start, end } });
+  }
+  const visit = await s.visit();
+  await visit.goTo('schemes');
+  await visit.untilText('remarks', /^No window covers 00:00 to 06:00, 08:00 to 09:00 and 12:00 to 24:00: day and night decide there, Day by day, Night at night\.$/);
+  const gap = visit.get(`piece-${12 * 60}`);
+  assert.equal(await gap.getAttribute('data-scheme'), 'day-night');
+  assert.equal(await gap.getAttribute('title'), '12:00 to 24:00: Day by day, Night at night, no window matches');
+  assert.match(await visit.get('lane-result').getAttribute('aria-label'), /12:00 to 24:00 Day by day, Night at night$/);
+  assert.equal(await visit.get(`piece-${6 * 60}`).getAttribute('data-scheme'), '0');
+  await visit.get('follow-schedule').click();
+  await visit.get('automatic').click();
+  await visit.untilText('follow-says', /Outside of every window, by day the camera takes Day, at night Night\.$/);
+  await s.camera.request('PUT', '/clock', { simulated: true, time: '2026-06-01T15:00:00', speed: 60 });
+  await s.camera.request('PATCH', '/scene', { light: { kind: 'fixed', lux: 0.01 } });
+  await untilScheme(visit, 1);
+  await s.camera.request('PATCH', '/scene', { light: { kind: 'fixed', lux: 20000 } });
+  await untilScheme(visit, 0);
+}, { variant: 'plate' });
+
 story('A window that cannot be stored is explained before it is sent', async (s) => {
   const visit = await s.visit();
   await visit.goTo('schemes');

@@ -57,6 +57,11 @@ export const readOnlyReason = computed(() => {
   return 'live' === connection.value ? '' : 'There is no connection to the camera';
 });
 
+// What the schemes are called, by their numbers; the factory's is the last.
+export function schemeNames(view: SchemesView): string[] {
+  return [...view.schemes.map((scheme) => scheme.name), 'Factory'];
+}
+
 // Unsaved changes over all schemes.
 export const unsavedCount = computed(() =>
   (schemes.value?.schemes ?? []).reduce((sum, scheme) => sum + scheme.unsaved.length, 0),

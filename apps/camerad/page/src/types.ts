@@ -119,6 +119,9 @@ export interface Metadata {
 
 export type Follow = 'nothing' | 'schedule' | 'day-night';
 
+// What the schedule takes where no window matches: scheme 0, or scheme 0 by day and scheme 1 at night.
+export type Gaps = 'scheme-0' | 'day-night';
+
 export interface TimeWindow {
   start: string; // "HH:MM"
   end: string; // "HH:MM", up to "24:00"
@@ -137,6 +140,7 @@ export interface SchemesView {
   current: number;
   automatic: boolean;
   follow: Follow;
+  gaps: Gaps;
   factory: number;
   schemes: SchemeView[];
 }

@@ -35,7 +35,7 @@ class Camera {
       },
     }));
     this.table.set('GET /channels/1/schemes', answer({
-      channel: 1, current: 0, automatic: false, follow: 'nothing', factory: 4, schemes: [],
+      channel: 1, current: 0, automatic: false, follow: 'nothing', gaps: 'scheme-0', factory: 4, schemes: [],
     }));
     this.table.set('GET /channels/1/day-night', answer({ state: 'day' }));
   }

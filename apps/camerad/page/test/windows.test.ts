@@ -3,6 +3,7 @@ import { test } from 'node:test';
 
 import {
   dayOf,
+  inForceIn,
   minutesOf,
   moved,
   objection,
@@ -16,7 +17,7 @@ import {
 
 const span = (start: string, end: string) => spanOf({ start, end });
 const day = (...windows: [string, string][]) =>
-  dayOf(windows.map(([start, end]) => span(start, end))).map(
+  dayOf(windows.map(([start, end]) => span(start, end)), 'scheme-0').map(
     (piece) => `${timeText(piece.from)}-${timeText(piece.to)} ${piece.scheme} (${piece.matching.join(',')})`,
   );
 
@@ -40,10 +41,10 @@ test('scheme 0 serves where no window matches', () => {
 
 test('the start is in the window and the end is not', () => {
   const spans = [span('06:00', '08:00'), span('12:00', '13:00')];
-  assert.equal(schemeAt(spans, minutesOf('11:59')), 0);
-  assert.equal(schemeAt(spans, minutesOf('12:00')), 1);
-  assert.equal(schemeAt(spans, minutesOf('12:59')), 1);
-  assert.equal(schemeAt(spans, minutesOf('13:00')), 0);
+  assert.equal(schemeAt(spans, 'scheme-0', minutesOf('11:59')), 0);
+  assert.equal(schemeAt(spans, 'scheme-0', minutesOf('12:00')), 1);
+  assert.equal(schemeAt(spans, 'scheme-0', minutesOf('12:59')), 1);
+  assert.equal(schemeAt(spans, 'scheme-0', minutesOf('13:00')), 0);
 });
 
 test('a window past midnight never matches', () => {
@@ -65,12 +66,12 @@ test('the lowest number wins where windows overlap', () => {
 
 test('pieces and single minutes agree, and cover the day without a hole', () => {
   const spans = [span('03:10', '05:00'), span('04:00', '23:00'), span('22:30', '24:00'), span('12:00', '02:00')];
-  const pieces = dayOf(spans);
+  const pieces = dayOf(spans, 'scheme-0');
   let at = 0;
   for (const piece of pieces) {
     assert.equal(piece.from, at);
     for (let minute = piece.from; minute < piece.to; ++minute) {
-      assert.equal(schemeAt(spans, minute), piece.scheme, timeText(minute));
+      assert.equal(schemeAt(spans, 'scheme-0', minute), piece.scheme, timeText(minute));
     }
     at = piece.to;
   }
@@ -102,25 +103,49 @@ test('who wants a night is told how', () => {
 
 test('gaps, overlaps and windows that never count are said in words', () => {
   const spans = [span('06:00', '20:00'), span('19:00', '22:00'), span('07:00', '08:00')];
-  assert.deepEqual(remarks(spans, ['Day', 'Evening', 'Third']), [
+  assert.deepEqual(remarks(spans, ['Day', 'Evening', 'Third'], 'scheme-0'), [
     'No window covers 00:00 to 06:00 and 22:00 to 24:00: Day, the first scheme, is in force there.',
     'Day and Third overlap from 07:00 to 08:00: Day stands first and is in force.',
     'Day and Evening overlap from 19:00 to 20:00: Day stands first and is in force.',
     'Third is never in force by its window: schemes before it cover all of it.',
   ]);
-  assert.deepEqual(remarks([span('00:00', '24:00')], ['Day']), []);
+  assert.deepEqual(remarks([span('00:00', '24:00')], ['Day'], 'scheme-0'), []);
+});
+
+test('on a camera for number plates day and night decide where no window matches', () => {
+  const spans = [span('08:00', '12:00'), span('12:00', '20:00'), span('11:00', '13:00')];
+  assert.deepEqual(
+    dayOf(spans, 'day-night').map((piece) => piece.scheme),
+    [null, 0, 0, 1, 1, null],
+  );
+  assert.equal(schemeAt(spans, 'day-night', minutesOf('07:59')), null);
+  assert.equal(schemeAt(spans, 'day-night', minutesOf('08:00')), 0);
+  assert.equal(schemeAt(spans, 'day-night', minutesOf('20:00')), null);
+  const names = ['Day', 'Night', 'Noon', 'Factory'];
+  assert.deepEqual(remarks(spans, names, 'day-night').slice(0, 2), [
+    'No window covers 00:00 to 08:00 and 20:00 to 24:00: day and night decide there, Day by day, Night at night.',
+    'Day and Noon overlap from 11:00 to 12:00: Day stands first and is in force.',
+  ]);
+  assert.deepEqual(
+    dayOf(spans, 'day-night').map((piece) => inForceIn(piece, names)),
+    ['Day by day, Night at night', 'Day', 'Day', 'Night', 'Night', 'Day by day, Night at night'],
+  );
+  // With one scheme of the user the night is the factory's.
+  assert.deepEqual(remarks([span('08:00', '24:00')], ['Day', 'Factory'], 'day-night'), [
+    'No window covers 00:00 to 08:00: day and night decide there, Day by day, Factory at night.',
+  ]);
 });
 
 test('a new camera, whose schemes all have the whole day, gets two sentences', () => {
   const whole = span('00:00', '24:00');
-  assert.deepEqual(remarks([whole, whole, whole], ['A', 'B', 'C']), [
+  assert.deepEqual(remarks([whole, whole, whole], ['A', 'B', 'C'], 'scheme-0'), [
     'A, B and C overlap from 00:00 to 24:00: A stands first and is in force.',
     'B and C are never in force by their windows: schemes before them cover all of them.',
   ]);
 });
 
 test('a window that could not be stored is no remark: it is explained beside it', () => {
-  assert.deepEqual(remarks([span('00:00', '24:00'), span('23:00', '05:00')], ['A', 'B']), []);
+  assert.deepEqual(remarks([span('00:00', '24:00'), span('23:00', '05:00')], ['A', 'B'], 'scheme-0'), []);
 });
 
 for (const [text, minutes] of [

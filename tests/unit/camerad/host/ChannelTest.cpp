@@ -368,6 +368,59 @@ TEST_F(ChannelTest, TheCameraSwitchesByDayAndNight) {
     EXPECT_TRUE(rig.channel().isNight());
 }
 
+TEST_F(ChannelTest, WhereNoWindowIsSchemeZeroHolds) {
+    EXPECT_FALSE(rig.channel().schemes().bGaps);
+    EXPECT_THAT(refusalOf([&] {
+                    rig.channel().setWindow(1, {22, 0, 6, 0}, kAnna);
+                }).what(),
+                HasSubstr("leave the night to scheme 0"));
+}
+
+TEST(ChannelForPlatesTest, OutsideOfEveryWindowDayAndNightDecide) {
+    Rig rig("plate");
+    rig.start();
+    const camerad::SchemesView view = rig.channel().schemes();
+    EXPECT_TRUE(view.bGaps);
+    EXPECT_THAT(refusalOf([&] {
+                    rig.channel().setWindow(1, {22, 0, 6, 0}, kAnna);
+                }).what(),
+                HasSubstr("leave the night to day and night"));
+    platform::Clock::hold({2024, 5, 1, 12, 0, 0});
+    for (const camerad::SchemeView& scheme : view.vecSchemes) {
+        rig.channel().setWindow(scheme.nIndex, {8, 0, 8 + scheme.nIndex + 1, 0}, kAnna);
+    }
+    rig.channel().setFollow("schedule", kAnna);
+    rig.channel().setAutomatic(true, kAnna);
+    const auto listener = rig.listen({1, {"scheme"}});
+    rig.host().changeScene({{"light", {{"kind", "fixed"}, {"lux", 0.1}}}}, kAnna);
+    platform::Clock::advance(10000000);
+    EXPECT_EQ(R"({"channel":1,"from":0,"to":1,"why":"day-night","by":"camera","origin":""})"_json,
+              listener->await("scheme"));
+    EXPECT_EQ(1u, rig.host().counters().mapSwitches["day-night"]);
+    platform::Clock::hold({2024, 5, 1, 10, 30, 0});
+    platform::Clock::advance(5000000);
+    EXPECT_EQ(R"({"channel":1,"from":1,"to":2,"why":"schedule","by":"camera","origin":""})"_json,
+              listener->await("scheme"));
+}
+
+// It is night: the scheme of the night is taken at once, not the one that would hold by day.
+TEST(ChannelForPlatesTest, OutsideOfEveryWindowItStartsByDayAndNight) {
+    Rig rig("plate");
+    platform::Clock::hold({2024, 5, 1, 12, 0, 0});
+    rig.camera().scene().setLight(0.1);
+    rig.start();
+    for (const camerad::SchemeView& scheme : rig.channel().schemes().vecSchemes) {
+        rig.channel().setWindow(scheme.nIndex, {8, 0, 10, 0}, kAnna);
+    }
+    rig.channel().setFollow("schedule", kAnna);
+    rig.channel().setAutomatic(true, kAnna);
+    EXPECT_THAT(rig.channel().save(kAnna).vecFailures, IsEmpty());
+    rig.stop();
+    const auto listener = rig.listen({1, {"scheme"}});
+    rig.start();
+    EXPECT_EQ(1, listener->await("scheme")["to"]);
+}
+
 TEST_F(ChannelTest, NamesOfSchemesAreKept) {
     rig.channel().setSchemeName(1,
                                 "Nacht \xC3\xBC"

@@ -11,6 +11,7 @@
 using camerad::minutesInForce;
 using camerad::Window;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
 
@@ -24,8 +25,9 @@ TEST(SchemeRules, AWindowStartsBeforeItEndsOnOneDay) {
     EXPECT_EQ(506, (Window{8, 0, 24, 1}.check()));
     EXPECT_EQ(507, (Window{22, 0, 6, 0}.check()));
     EXPECT_EQ(507, (Window{0, 0, 0, 0}.check()));
-    EXPECT_EQ("", (Window{0, 0, 24, 0}.objection()));
-    EXPECT_NE("", (Window{22, 0, 6, 0}.objection()));
+    EXPECT_EQ("", (Window{0, 0, 24, 0}.objection(false)));
+    EXPECT_THAT((Window{22, 0, 6, 0}.objection(false)), HasSubstr("or leave the night to scheme 0"));
+    EXPECT_THAT((Window{22, 0, 6, 0}.objection(true)), HasSubstr("or leave the night to day and night"));
 }
 
 TEST(SchemeRules, TheFirstWindowWinsAndSchemeZeroTakesTheRest) {
@@ -43,8 +45,7 @@ TEST(SchemeRules, WithGapsNobodyTakesTheRest) {
 }
 
 // The rule against the camera's own: a controller on a held clock that switches by itself.
-TEST(SchemeRules, AreThoseOfTheCamera) {
-    Rig rig;
+void expectTheCamerasOwn(Rig& p_objRig, const std::vector<Window>& p_vecWindows, bool p_bGaps, int p_nInGaps) {
     MachineInfo machine;
     ASSERT_TRUE(SystemInfoParser::parseMachineInfo("/mnt/mtd/code/factory_setting/machineinfo.ini", machine));
     std::vector<ModuleConfigure> modules;
@@ -52,34 +53,55 @@ TEST(SchemeRules, AreThoseOfTheCamera) {
                                              machine.getHardwareCode(), modules));
     ISensorController controller;
     controller.setChannelID(1);
-    controller.setVideoStreamModule(&rig.camera().video());
+    controller.setVideoStreamModule(&p_objRig.camera().video());
     controller.init(modules.at(0));
-    // One that starts at midnight, one inside another, one across midnight, which never holds; minutes beyond 59.
-    const std::vector<Window> windows = {{1, 30, 2, 15}, {2, 0, 6, 70}, {22, 0, 6, 0}, {23, 15, 24, 0}};
-    for (std::size_t i = 0; i < windows.size(); ++i) {
+    for (std::size_t i = 0; i < p_vecWindows.size(); ++i) {
         controller.setParamScheme(static_cast<int>(i));
-        controller.setParameter(8001, windows[i].nStartHour, true);
-        controller.setParameter(8002, windows[i].nStartMinute, true);
-        controller.setParameter(8003, windows[i].nEndHour, true);
-        controller.setParameter(8004, windows[i].nEndMinute, true);
+        controller.setParameter(8001, p_vecWindows[i].nStartHour, true);
+        controller.setParameter(8002, p_vecWindows[i].nStartMinute, true);
+        controller.setParameter(8003, p_vecWindows[i].nEndHour, true);
+        controller.setParameter(8004, p_vecWindows[i].nEndMinute, true);
     }
     controller.setParamScheme(0);
     controller.setParameter(8000, 1, true);
     controller.setParamMode(1);
-    const auto minutes = minutesInForce(windows, false);
-    for (int minute = 0; minute < 24 * 60; minute += 5) {
+    platform::Clock::advance(60000000);  // until day and night are settled
+    const auto minutes = minutesInForce(p_vecWindows, p_bGaps);
+    for (int minute = 0; minute < camerad::kMinutesOfDay; minute += 5) {
         platform::Clock::hold({2024, 5, 1, minute / 60, minute % 60, 0});
         platform::Clock::advance(2000000);
+        int expected = p_nInGaps;
+        for (std::size_t i = 0; i < minutes.size(); ++i) {
+            for (const auto& [nStart, nEnd] : minutes[i]) {
+                expected = nStart <= minute && minute < nEnd ? static_cast<int>(i) : expected;
+            }
+        }
         int scheme = -1;
         controller.getParamScheme(scheme);
-        ASSERT_GE(scheme, 0);
-        const auto& mine = minutes[static_cast<std::size_t>(scheme)];
-        EXPECT_TRUE(
-            std::any_of(mine.begin(), mine.end(),
-                        [&](const auto& p_stPart) { return p_stPart.first <= minute && minute < p_stPart.second; }))
-            << "minute " << minute << " scheme " << scheme;
+        EXPECT_EQ(expected, scheme) << "minute " << minute;
     }
     controller.uinit();
+}
+
+TEST(SchemeRules, AreThoseOfTheCamera) {
+    Rig rig;
+    // One that starts at midnight, one inside another, one across midnight, which never holds; minutes beyond 59.
+    expectTheCamerasOwn(rig, {{1, 30, 2, 15}, {2, 0, 6, 70}, {22, 0, 6, 0}, {23, 15, 24, 0}}, false, -1);
+}
+
+// Windows that leave a gap before, between and behind them; the third is the only one that is neither of day nor night.
+const std::vector<Window> kWithGaps = {{6, 0, 8, 0}, {9, 30, 11, 0}, {12, 0, 14, 0}, {22, 0, 6, 0}};
+
+TEST(SchemeRules, AreThoseOfACameraForNumberPlatesByDay) {
+    Rig rig("plate");
+    rig.camera().scene().setLight(20000.0);
+    expectTheCamerasOwn(rig, kWithGaps, true, 0);
+}
+
+TEST(SchemeRules, AreThoseOfACameraForNumberPlatesByNight) {
+    Rig rig("plate");
+    rig.camera().scene().setLight(0.1);
+    expectTheCamerasOwn(rig, kWithGaps, true, 1);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The windows of schemes over a day, and the rule by which the camera takes one: of all schemes the first whose window
-// has begun and not ended, otherwise scheme 0. A window does not go on past midnight.
-import type { TimeWindow } from '../types';
+// has begun and not ended; where there is none, scheme 0, or on some cameras scheme 0 by day and scheme 1 at night. A
+// window does not go on past midnight.
+import type { Gaps, TimeWindow } from '../types';
 
 export const kDay = 1440; // minutes
 
@@ -63,12 +64,12 @@ export function objection(span: Span): { code: 505 | 506 | 507; text: string } |
 
 // A piece of the day in which the same windows match.
 export interface Piece extends Span {
-  scheme: number; // in force
+  scheme: number | null; // in force; null: day and night decide
   matching: number[]; // every scheme whose window matches; none: a gap
 }
 
 // The day in pieces, by the rule.
-export function dayOf(spans: Span[]): Piece[] {
+export function dayOf(spans: Span[], gaps: Gaps): Piece[] {
   const edges = new Set([0, kDay]);
   for (const { from, to } of spans) {
     [from, to].forEach((edge) => 0 < edge && kDay > edge && edges.add(edge));
@@ -83,26 +84,38 @@ export function dayOf(spans: Span[]): Piece[] {
     if (undefined !== last && last.matching.join() === matching.join()) {
       last.to = to;
     } else {
-      pieces.push({ from, to, scheme: matching[0] ?? 0, matching });
+      pieces.push({ from, to, scheme: matching[0] ?? inGap(gaps), matching });
     }
   }
   return pieces;
 }
 
-export function schemeAt(spans: Span[], minute: number): number {
+const inGap = (gaps: Gaps): number | null => ('day-night' === gaps ? null : 0);
+
+export function schemeAt(spans: Span[], gaps: Gaps, minute: number): number | null {
   const found = spans.findIndex((span) => span.from <= minute && minute < span.to);
-  return 0 > found ? 0 : found;
+  return 0 > found ? inGap(gaps) : found;
+}
+
+// Who is in force in a piece of the day. Names: of all schemes, the factory's last.
+export function inForceIn(piece: Piece, names: string[]): string {
+  const called = (scheme: number) => names[scheme] ?? `Scheme ${scheme + 1}`;
+  return null === piece.scheme ? `${called(0)} by day, ${called(1)} at night` : called(piece.scheme);
 }
 
 // What a person should know of the day: where no window matches, where several do, which windows never count.
-export function remarks(spans: Span[], names: string[]): string[] {
+export function remarks(spans: Span[], names: string[], rule: Gaps): string[] {
   const called = (scheme: number) => names[scheme] ?? `Scheme ${scheme + 1}`;
   const between = ({ from, to }: Span) => `${timeText(from)} to ${timeText(to)}`;
-  const pieces = dayOf(spans);
+  const pieces = dayOf(spans, rule);
   const texts: string[] = [];
   const gaps = pieces.filter((piece) => 0 === piece.matching.length);
   if (0 < gaps.length) {
-    texts.push(`No window covers ${listed(gaps.map(between))}: ${called(0)}, the first scheme, is in force there.`);
+    const there =
+      'day-night' === rule
+        ? `day and night decide there, ${inForceIn(gaps[0] as Piece, names)}.`
+        : `${called(0)}, the first scheme, is in force there.`;
+    texts.push(`No window covers ${listed(gaps.map(between))}: ${there}`);
   }
   const overlaps = new Map<string, Piece[]>();
   for (const piece of pieces.filter((candidate) => 1 < candidate.matching.length)) {

@@ -1,9 +1,9 @@
 import { useEffect, useState } from 'preact/hooks';
 
 import { api } from '../api';
-import { objection, parseTime, remarks, type Span, timeText } from '../logic/windows';
-import { attempt, channel, changeSchemes, readOnlyReason, schemes, takeSchemes } from '../store';
-import type { Follow, SchemeView } from '../types';
+import { dayOf, objection, parseTime, remarks, type Span, spanOf, timeText } from '../logic/windows';
+import { attempt, channel, changeSchemes, readOnlyReason, schemeNames, schemes, takeSchemes } from '../store';
+import type { Follow, SchemeView, SchemesView as View } from '../types';
 import { Button } from '../ui/Button';
 import { Panel } from '../ui/Panel';
 import { Switch } from '../ui/Switch';
@@ -28,11 +28,12 @@ export function SchemesView() {
     return <p class="muted">Asking the camera …</p>;
   }
   const isLocked = '' !== readOnlyReason.value;
-  const follow = kFollow.find((entry) => entry.value === view.follow);
-  const names = view.schemes.map((scheme) => scheme.name);
-  const notes = remarks(view.schemes.map((scheme) => shownSpan(scheme.index)), names);
-  const dayName = names[0] ?? '';
-  const nightName = names[1] ?? '';
+  const names = schemeNames(view);
+  const notes = remarks(
+    view.schemes.map((scheme) => shownSpan(scheme.index)),
+    names,
+    view.gaps,
+  );
   return (
     <div class="stack" data-testid="schemes">
       {isLocked ? (
@@ -85,11 +86,7 @@ export function SchemesView() {
           </div>
         </div>
         <p class="muted" id="follow-says" data-testid="follow-says">
-          {!view.automatic
-            ? 'Switching is off: the camera stays in the scheme that you choose.'
-            : 'day-night' === view.follow
-              ? `By day the camera takes ${dayName}, at night ${nightName}.`
-              : (follow?.says ?? '')}
+          {view.automatic ? followText(view, names) : 'Switching is off: the camera stays in the scheme that you choose.'}
         </p>
       </Panel>
       <Panel title="Time line">
@@ -119,7 +116,7 @@ export function SchemesView() {
           </thead>
           <tbody>
             {view.schemes.map((scheme) => (
-              <WindowRow key={`${view.channel} ${scheme.index}`} scheme={scheme} isLocked={isLocked} />
+              <WindowRow key={`${view.channel} ${scheme.index}`} scheme={scheme} where={inForceText(view, scheme)} isLocked={isLocked} />
             ))}
           </tbody>
         </table>
@@ -142,7 +139,30 @@ export function SchemesView() {
   );
 }
 
-function WindowRow({ scheme, isLocked }: { scheme: SchemeView; isLocked: boolean }) {
+// What the camera does while it switches by itself.
+function followText(view: View, names: string[]): string {
+  const byDayAndNight = `day the camera takes ${names[0] ?? ''}, at night ${names[1] ?? ''}.`;
+  if ('day-night' === view.follow) {
+    return `By ${byDayAndNight}`;
+  }
+  const says = kFollow.find((entry) => entry.value === view.follow)?.says ?? '';
+  return 'schedule' === view.follow && 'day-night' === view.gaps ? `${says} Outside of every window, by ${byDayAndNight}` : says;
+}
+
+// When the schedule takes a scheme: the camera's windows, and what is left to day and night.
+function inForceText(view: View, scheme: SchemeView): string[] {
+  const times = scheme.inForce.map((window) => `${window.start}–${window.end}`);
+  const day = dayOf(
+    view.schemes.map((each) => spanOf(each.window)),
+    view.gaps,
+  );
+  if (2 > scheme.index && day.some((piece) => null === piece.scheme)) {
+    times.push(`${0 === scheme.index ? 'by day' : 'at night'} where no window is`);
+  }
+  return 0 === times.length ? ['never'] : times;
+}
+
+function WindowRow({ scheme, where, isLocked }: { scheme: SchemeView; where: string[]; isLocked: boolean }) {
   const span = shownSpan(scheme.index);
   // The camera's own window may be one that cannot be stored, when it was set by its numbers.
   const problem = windowProblems.value.get(scheme.index) ?? objection(span)?.text ?? '';
@@ -159,13 +179,11 @@ function WindowRow({ scheme, isLocked }: { scheme: SchemeView; isLocked: boolean
           <TimeField scheme={scheme} part="to" span={span} isLocked={isLocked} isBad={'' !== problem} />
         </td>
         <td class="muted small">
-          {0 === scheme.inForce.length
-            ? 'never'
-            : scheme.inForce.map((window) => (
-                <span class="nowrap" key={window.start}>
-                  {`${window.start}–${window.end} `}
-                </span>
-              ))}
+          {where.map((text) => (
+            <span class="nowrap" key={text}>
+              {`${text} `}
+            </span>
+          ))}
         </td>
       </tr>
       {'' === problem ? null : (

@@ -1,7 +1,7 @@
 import { useEffect, useRef } from 'preact/hooks';
 
-import { dayOf, kDay, moved, type Part, type Span, snapped, timeText } from '../logic/windows';
-import { readOnlyReason, schemes } from '../store';
+import { dayOf, inForceIn, kDay, moved, type Part, type Piece, snapped, type Span, timeText } from '../logic/windows';
+import { readOnlyReason, schemeNames, schemes } from '../store';
 import { deviceMinute } from '../time';
 import { holdWindow, setWindow, shownSpan } from './drafts';
 
@@ -26,6 +26,9 @@ export function TimeLine() {
   }
   const spans = view.schemes.map((scheme) => shownSpan(scheme.index));
   const isUsed = view.automatic && 'schedule' === view.follow;
+  const names = schemeNames(view);
+  const pieces = dayOf(spans, view.gaps);
+  const day = pieces.map((piece) => `${timeText(piece.from)} to ${timeText(piece.to)} ${inForceIn(piece, names)}`).join(', ');
   return (
     <div class={`time-line${isUsed ? '' : ' unused'}`} data-testid="time-line">
       <div class="hours" aria-hidden="true">
@@ -43,28 +46,15 @@ export function TimeLine() {
       ))}
       <div class="lane-row result">
         <span class="lane-name">{isUsed ? 'In force' : 'Would be'}</span>
-        <div class="lane" data-testid="lane-result" role="img" aria-label={`${isUsed ? 'In force' : 'Would be in force'}: ${describe(spans, view.schemes)}`}>
-          {dayOf(spans).map((piece) => (
-            <Piece
-              key={piece.from}
-              from={piece.from}
-              to={piece.to}
-              scheme={piece.scheme}
-              kind={0 === piece.matching.length ? 'gap' : 1 < piece.matching.length ? 'overlap' : ''}
-              name={view.schemes[piece.scheme]?.name ?? ''}
-            />
+        <div class="lane" data-testid="lane-result" role="img" aria-label={`${isUsed ? 'In force' : 'Would be in force'}: ${day}`}>
+          {pieces.map((piece) => (
+            <PieceView key={piece.from} piece={piece} name={inForceIn(piece, names)} />
           ))}
           <Now />
         </div>
       </div>
     </div>
   );
-}
-
-function describe(spans: Span[], schemeList: { name: string }[]): string {
-  return dayOf(spans)
-    .map((piece) => `${timeText(piece.from)} to ${timeText(piece.to)} ${schemeList[piece.scheme]?.name ?? ''}`)
-    .join(', ');
 }
 
 function Hour({ hour }: { hour: number }) {
@@ -84,16 +74,17 @@ function Now() {
   );
 }
 
-function Piece({ from, to, scheme, kind, name }: { from: number; to: number; scheme: number; kind: string; name: string }) {
+function PieceView({ piece: { from, to, scheme, matching }, name }: { piece: Piece; name: string }) {
   const box = useSpan(from, to);
+  const kind = 0 === matching.length ? 'gap' : 1 < matching.length ? 'overlap' : '';
   const why = 'gap' === kind ? ', no window matches' : 'overlap' === kind ? ', windows overlap' : '';
   return (
     <div
       ref={box}
-      class={`piece lane-${scheme % 4} ${kind}`}
+      class={`piece ${null === scheme ? 'lane-day-night' : `lane-${scheme % 4}`} ${kind}`}
       title={`${timeText(from)} to ${timeText(to)}: ${name}${why}`}
       data-testid={`piece-${from}`}
-      data-scheme={scheme}
+      data-scheme={scheme ?? 'day-night'}
     >
       <span>{name}</span>
     </div>
