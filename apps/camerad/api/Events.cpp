@@ -17,7 +17,7 @@ using std::chrono::milliseconds;
 const std::vector<std::string>& eventTypes() {
     static const std::vector<std::string> vecTypes = {"parameter", "scheme", "schemes",   "ranges", "driver",
                                                       "message",   "lens",   "day-night", "clock",  "scene",
-                                                      "faults",    "busy",   "resync"};
+                                                      "faults",    "level",  "busy",      "resync"};
     return vecTypes;
 }
 

@@ -34,7 +34,7 @@ HttpResponse putLevel(Api& p_stApi, const HttpRequest& p_stRequest) {
     const std::optional<int> level = objBody.fields().integer("level", 0, kHighestLevel);
     objBody.finish();
     p_stApi.objHost.setMessageLevel(*level, actorOf(p_stRequest));
-    return jsonAnswer({{"level", p_stApi.objHost.messageLevel()}});
+    return jsonAnswer(toJson(p_stApi.objHost.messageLevel()));
 }
 
 }  // namespace
@@ -42,9 +42,8 @@ HttpResponse putLevel(Api& p_stApi, const HttpRequest& p_stRequest) {
 void addLogRoutes(Router& p_objRouter, Api& p_stApi) {
     addRoute(p_objRouter, "GET", "/api/v1/log", Access::Viewer, kNoBody,
              [&p_stApi](const HttpRequest& p_stRequest) { return log(p_stApi, p_stRequest); });
-    addRoute(p_objRouter, "GET", "/api/v1/messages/level", Access::Viewer, kNoBody, [&p_stApi](const HttpRequest&) {
-        return jsonAnswer({{"level", p_stApi.objHost.messageLevel()}});
-    });
+    addRoute(p_objRouter, "GET", "/api/v1/messages/level", Access::Viewer, kNoBody,
+             [&p_stApi](const HttpRequest&) { return jsonAnswer(toJson(p_stApi.objHost.messageLevel())); });
     addRoute(p_objRouter, "PUT", "/api/v1/messages/level", Access::Admin, kSmallBody,
              [&p_stApi](const HttpRequest& p_stRequest) { return putLevel(p_stApi, p_stRequest); });
     addRoute(p_objRouter, "GET", "/api/v1/version", Access::Viewer, kNoBody, [&p_stApi](const HttpRequest&) {

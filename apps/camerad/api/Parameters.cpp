@@ -166,7 +166,10 @@ HttpResponse patchParameters(Api& p_stApi, const HttpRequest& p_stRequest) {
         }
         results.push_back(std::move(view));
     }
-    return jsonAnswer({{"scheme", values.nScheme}, {"revision", values.nRevision}, {"results", std::move(results)}});
+    // Who has heard of a later change must not take these values for newer ones.
+    return jsonAnswer({{"scheme", vecResults.empty() ? values.nScheme : vecResults.front().nScheme},
+                       {"revision", vecResults.empty() ? values.nRevision : vecResults.front().nRevision},
+                       {"results", std::move(results)}});
 }
 
 HttpResponse metadata(Api& p_stApi, const HttpRequest& p_stRequest) {

@@ -101,6 +101,7 @@ public:
         const std::lock_guard lock(m_mutexScene);
         const simcam::SceneState stBefore = m_objCamera.scene().state();
         apply(stBefore, patched(stBefore, p_objPatch));
+        ++m_nSceneRevision;
         m_objEvents.publish("scene", 0, sceneNow());
     }
 
@@ -160,7 +161,10 @@ public:
         return m_objLog.entries(p_nAfter, p_nMost);
     }
     void addMessage(const std::string& p_strLine) override { m_objLog.addMessage(p_strLine); }
-    int messageLevel() const override;
+    LevelView messageLevel() const override {
+        const std::lock_guard lock(m_mutexSign);
+        return levelNow();
+    }
     void setMessageLevel(int p_nLevel, const Actor& p_stActor) override;
     HostCounters counters() const override { return m_objLog.counters(); }
 
@@ -211,9 +215,15 @@ private:
         return bAll;
     }
 
+    // With m_mutexSign.
+    LevelView levelNow() const;
+
+    // With m_mutexScene.
     nlohmann::json sceneNow() const {
         simcam::Scene& scene = m_objCamera.scene();
-        return toJson(scene.state(), scene.light());
+        nlohmann::json view = toJson(scene.state(), scene.light());
+        view["revision"] = m_nSceneRevision;
+        return view;
     }
 
     // Every value has been checked.
@@ -244,11 +254,13 @@ private:
     Settings m_objKept;
     ClockPacer m_objPacer;
     bool m_bHeldForTheEnd = false;
-    mutable std::mutex m_mutexScene;   // one change of the scene at a time
+    mutable std::mutex m_mutexScene;  // one change of the scene at a time
+    std::uint64_t m_nSceneRevision = 0;
     mutable std::mutex m_mutexFaults;  // the limit, and events in the order of the changes
     std::mutex m_mutexPower;           // one power cycle at a time
     mutable std::mutex m_mutexSign;    // the sign file
-    std::mutex m_mutexInit;            // see ChannelContext
+    std::uint64_t m_nLevelRevision = 0;
+    std::mutex m_mutexInit;  // see ChannelContext
     std::map<int, std::unique_ptr<Channel>> m_mapChannels;
 };
 
@@ -299,15 +311,15 @@ void Host::powerCycle(const Actor& p_stActor) {
     }
 }
 
-int Host::messageLevel() const {
-    const std::lock_guard lock(m_mutexSign);
+LevelView Host::levelNow() const {
     QVFile file;
     std::string strLine;
     if (!QVFile::exists(kSignFile) || !file.open(kSignFile, QVFile::modeRead) || !file.readLine(strLine) ||
         strLine.empty()) {
-        return kUsualLevel;
+        return {kUsualLevel, m_nLevelRevision};
     }
-    return static_cast<int>(std::clamp<long>(std::strtol(strLine.c_str(), nullptr, 10), 0, kHighestLevel));
+    const long nLevel = std::clamp<long>(std::strtol(strLine.c_str(), nullptr, 10), 0, kHighestLevel);
+    return {static_cast<int>(nLevel), m_nLevelRevision};
 }
 
 // The second line, whether a failed assertion ends the process, stays as it is.
@@ -333,6 +345,8 @@ void Host::setMessageLevel(int p_nLevel, const Actor&) {
         file.write(strText.data(), nLength) != nLength || !file.close()) {
         throw Refusal(Refusal::Kind::Failed, "not-kept", std::string(kSignFile) + " cannot be written");
     }
+    ++m_nLevelRevision;
+    m_objEvents.publish("level", 0, toJson(levelNow()));
 }
 
 }  // namespace

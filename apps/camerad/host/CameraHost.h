@@ -24,9 +24,16 @@ struct HostSettings {
 
 // The clock as people see it.
 struct ClockView {
-    std::string strTime;      // "2026-11-21T22:40:05", the device's local time
-    bool bSimulated = false;  // false: the machine's own time
-    int nSpeed = 1;           // simulated seconds a second, 0 to 7200
+    std::string strTime;          // "2026-11-21T22:40:05", the device's local time
+    bool bSimulated = false;      // false: the machine's own time
+    int nSpeed = 1;               // simulated seconds a second, 0 to 7200
+    std::uint64_t nRevision = 0;  // grows each time that the clock is told
+};
+
+// How much the library says.
+struct LevelView {
+    int nLevel = 0;               // 0 to 8
+    std::uint64_t nRevision = 0;  // grows each time that it is set
 };
 
 // Counts since the start, for /metrics. Maps never shrink.
@@ -84,7 +91,7 @@ public:
     // --- Log ---
     virtual std::vector<LogEntry> log(std::uint64_t p_nAfter, std::size_t p_nMost) const = 0;  // oldest first
     virtual void addMessage(const std::string& p_strLine) = 0;               // a line that the library printed
-    virtual int messageLevel() const = 0;                                    // of the library
+    virtual LevelView messageLevel() const = 0;                              // of the library
     virtual void setMessageLevel(int p_nLevel, const Actor& p_stActor) = 0;  // 0 to 8; kept in the sign file
     virtual HostCounters counters() const = 0;
 };

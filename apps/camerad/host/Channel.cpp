@@ -566,13 +566,14 @@ void Channel::commit(const Actor& p_stActor, const std::string& p_strWhy, bool p
             changes.push_back({{"key", nKey}, {"value", nValue}, {"unsaved", false}});
         }
     }
-    const nlohmann::json schemes = toJson(schemesOf(m_stNow), number());
+    nlohmann::json schemes = toJson(schemesOf(m_stNow), number());
     const bool bSchemes = m_stNow.bReady && (!before.bReady || schemes != toJson(schemesOf(before), number()));
     const bool bSwitched = m_stNow.bReady && (p_bTellScheme || before.nScheme != m_stNow.nScheme);
     const nlohmann::json ranges = toJson(m_stNow.vecRanges);
     const bool bRanges = m_stNow.bReady && before.pStyle != m_stNow.pStyle && ranges != toJson(before.vecRanges);
     if (bSwitched || bSchemes || bRanges || !changes.empty()) {
         ++m_stNow.nRevision;
+        schemes["revision"] = m_stNow.nRevision;
     }
     {
         const std::lock_guard lock(m_mutex);

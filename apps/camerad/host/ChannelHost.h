@@ -55,6 +55,9 @@ struct ChangeResult {
     u32 nKey = 0;
     int nValue = 0;  // in force afterwards; meaningful when there is no refusal
     std::optional<Refusal> refusal;
+    // Of the channel at that moment; what it has been changed to since is not in the value.
+    int nScheme = -1;
+    std::uint64_t nRevision = 0;
 };
 
 // A scheme's window in the hours and minutes that its records hold.
@@ -75,6 +78,7 @@ struct SchemeView {
 };
 
 struct SchemesView {
+    std::uint64_t nRevision = 0;  // of the channel
     int nCurrent = -1;
     int nFactory = 0;  // number of the factory scheme, which is not in the list
     bool bAutomatic = false;

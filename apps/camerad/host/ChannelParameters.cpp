@@ -228,7 +228,12 @@ std::vector<ChangeResult> Channel::changeAll(const std::vector<Change>& p_vecCha
             vecResults[i].nValue = p_vecChanges[i].nValue;
         }
     }
+    const int nScheme = m_stNow.nScheme;
     conclude(p_stActor);
+    for (ChangeResult& result : vecResults) {
+        result.nScheme = nScheme;
+        result.nRevision = m_stNow.nRevision;
+    }
     return vecResults;
 }
 

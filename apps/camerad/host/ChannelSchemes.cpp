@@ -57,6 +57,7 @@ bool Channel::isUnsaved(int p_nScheme) const {
 
 SchemesView Channel::schemesOf(const Known& p_stKnown) const {
     SchemesView view;
+    view.nRevision = p_stKnown.nRevision;
     view.nCurrent = p_stKnown.nScheme;
     view.nFactory = m_stDescription.nSchemes;
     view.bAutomatic = p_stKnown.stSettings.bAutomatic;

@@ -99,7 +99,7 @@ void ClockPacer::stop() {
 }
 
 ClockView ClockPacer::viewLocked() const {
-    return {timeText(platform::Clock::civilTime()), m_bSimulated, m_nSpeed};
+    return {timeText(platform::Clock::civilTime()), m_bSimulated, m_nSpeed, m_nRevision};
 }
 
 ClockView ClockPacer::view() const {
@@ -139,6 +139,7 @@ void ClockPacer::set(bool p_bSimulated, const std::string& p_strTime, int p_nSpe
         m_nSpeed = p_bSimulated ? p_nSpeed : 1;
         m_tLast = Steady::now();
         m_tTold = m_tLast;
+        ++m_nRevision;
         view = viewLocked();
     }
     m_condition.notify_all();
@@ -177,6 +178,7 @@ void ClockPacer::body() {
         }
         if (m_bSimulated && !m_bStop && Steady::now() - m_tTold >= kTellEvery) {
             m_tTold = Steady::now();
+            ++m_nRevision;
             const ClockView view = viewLocked();
             lock.unlock();
             m_fnTell(view);

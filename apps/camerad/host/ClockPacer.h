@@ -23,7 +23,8 @@ platform::CivilTime parseTime(const std::string& p_strText);
 
 class ClockPacer {
 public:
-    // p_fnTell is told the clock at each change, and once a second while it is simulated.
+    // p_fnTell is told the clock at each change, and once a second while it is simulated. Two may be told at once, and
+    // so in any order: the revision says which one is newer.
     explicit ClockPacer(std::function<void(const ClockView&)> p_fnTell);
     ~ClockPacer();  // as stop, and releases the clock when it was not held before
     ClockPacer(const ClockPacer&) = delete;
@@ -55,6 +56,7 @@ private:
     bool m_bStop = false;
     Steady::time_point m_tLast;
     Steady::time_point m_tTold;
+    std::uint64_t m_nRevision = 0;
     std::thread m_objThread;
 };
 

@@ -64,13 +64,10 @@ nlohmann::json toJson(const SchemesView& p_stView, int p_nChannel) {
                            {"unsaved", scheme.vecUnsaved},
                            {"inForce", intervals(scheme.vecInForce)}});
     }
-    return {{"channel", p_nChannel},
-            {"current", p_stView.nCurrent},
-            {"automatic", p_stView.bAutomatic},
-            {"follow", p_stView.strFollow},
-            {"gaps", p_stView.bGaps ? "day-night" : "scheme-0"},
-            {"factory", p_stView.nFactory},
-            {"schemes", std::move(schemes)}};
+    return {{"channel", p_nChannel},        {"revision", p_stView.nRevision},
+            {"current", p_stView.nCurrent}, {"automatic", p_stView.bAutomatic},
+            {"follow", p_stView.strFollow}, {"gaps", p_stView.bGaps ? "day-night" : "scheme-0"},
+            {"factory", p_stView.nFactory}, {"schemes", std::move(schemes)}};
 }
 
 nlohmann::json toJson(const std::vector<RangeView>& p_vecRanges) {
@@ -98,7 +95,14 @@ nlohmann::json toJson(const ShutterView& p_stView) {
 }
 
 nlohmann::json toJson(const ClockView& p_stView) {
-    return {{"time", p_stView.strTime}, {"simulated", p_stView.bSimulated}, {"speed", p_stView.nSpeed}};
+    return {{"time", p_stView.strTime},
+            {"simulated", p_stView.bSimulated},
+            {"speed", p_stView.nSpeed},
+            {"revision", p_stView.nRevision}};
+}
+
+nlohmann::json toJson(const LevelView& p_stView) {
+    return {{"level", p_stView.nLevel}, {"revision", p_stView.nRevision}};
 }
 
 nlohmann::json toJson(const LogEntry& p_stEntry) {

@@ -18,6 +18,7 @@ nlohmann::json toJson(const std::vector<RangeView>& p_vecRanges);  // {"ranges":
 nlohmann::json toJson(const LensView& p_stView);
 nlohmann::json toJson(const ShutterView& p_stView);
 nlohmann::json toJson(const ClockView& p_stView);
+nlohmann::json toJson(const LevelView& p_stView);
 nlohmann::json toJson(const LogEntry& p_stEntry);
 
 // "20:00"

@@ -22,6 +22,70 @@ story('What one page changes moves on the other', async (s) => {
   await second.untilUnsaved(0);
 });
 
+// What both pages show of it in the end is what the camera has.
+async function untilTheyAgree(visits, id, ask) {
+  let seen;
+  await until(
+    async () => {
+      const wanted = String(await ask());
+      seen = await Promise.all(visits.map((visit) => visit.get(id).inputValue()));
+      seen.push(wanted);
+      return seen.every((text) => text === wanted);
+    },
+    () => `both pages show of ${id} what the camera has, not ${seen.join(', ')}`,
+  );
+}
+
+story('Two pages that change the same at the same time show the same in the end', async (s) => {
+  const visits = [await s.visit(), await s.visit()];
+  const clock = (minutes) => [Math.floor(minutes / 60), minutes % 60].map((part) => String(part).padStart(2, '0')).join(':');
+  const times = 12;
+  for (const visit of visits) {
+    await visit.goTo('settings', 'image');
+  }
+  await Promise.all(
+    visits.map(async (visit, which) => {
+      for (let time = 0; time < times; ++time) {
+        await visit.type(kBrightness, 2 * time + which + 1);
+      }
+    }),
+  );
+  await untilTheyAgree(visits, `control-${kBrightness}`, () => s.camera.value(kBrightness));
+
+  for (const visit of visits) {
+    await visit.goTo('schemes');
+  }
+  await Promise.all(
+    visits.map(async (visit, which) => {
+      for (let time = 0; time < times; ++time) {
+        await visit.get('time-1-from').fill(clock(15 * (2 * time + which + 1)));
+        await visit.get('time-1-from').press('Enter');
+      }
+    }),
+  );
+  await untilTheyAgree(visits, 'time-1-from', async () => (await s.camera.request('GET', '/channels/1/schemes')).schemes[1].window.start);
+
+  // They go on agreeing: nothing that is late comes after all.
+  const before = await Promise.all(visits.map((visit) => visit.get('time-1-from').inputValue()));
+  await visits[0].get('scheme-name-3').fill('Last');
+  await visits[0].get('scheme-name-3').press('Enter');
+  await untilTheyAgree(visits, 'scheme-name-3', () => 'Last');
+  assert.deepEqual(await Promise.all(visits.map((visit) => visit.get('time-1-from').inputValue())), before);
+});
+
+story('How much the library says is the same on both pages', async (s) => {
+  const visits = [await s.visit(), await s.visit()];
+  for (const visit of visits) {
+    await visit.goTo('log');
+    await visit.untilSeen('log-panel');
+  }
+  await visits[0].get('log-level').selectOption('3');
+  await untilTheyAgree(visits, 'log-level', () => 3);
+  await visits[1].get('log-level').selectOption('6');
+  await untilTheyAgree(visits, 'log-level', async () => (await s.camera.request('GET', '/messages/level')).level);
+  assert.equal(await visits[0].get('log-level').inputValue(), '6');
+});
+
 story('A line that is cut is noticed, and the page goes on when it is mended', async (s) => {
   const line = await Line.to(s.camera);
   const visit = await s.visit({ url: line.url });

@@ -9,6 +9,7 @@ import type {
   Fault,
   LensAction,
   LensView,
+  Level,
   LogView,
   Metadata,
   ParametersView,
@@ -190,8 +191,8 @@ export const api = {
   clearFaults: () => send<void>('DELETE', '/faults'),
   powerCycle: () => send<void>('POST', '/power-cycle', undefined, { patience: kLongPatience }),
   log: (after: number, limit = 500) => get<LogView>(`/log?after=${after}&limit=${limit}`),
-  messageLevel: () => get<{ level: number }>('/messages/level'),
-  setMessageLevel: (level: number) => send<{ level: number }>('PUT', '/messages/level', { level }),
+  messageLevel: () => get<Level>('/messages/level'),
+  setMessageLevel: (level: number) => send<Level>('PUT', '/messages/level', { level }),
   version: () => get<{ name: string; version: string; api: string }>('/version'),
 };
 

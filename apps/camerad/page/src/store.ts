@@ -5,7 +5,7 @@
 import { batch, computed, signal } from '@preact/signals';
 
 import { ApiError, api, clientId, eventsUrl, explain, setCsrf, whenSessionEnds } from './api';
-import { kNoValues, type Values, valuesOf, withChanges, withScheme, withValue } from './logic/merge';
+import { kNoValues, newerOf, type Values, valuesOf, withChanges, withScheme, withValue } from './logic/merge';
 import { NewestWins } from './logic/newest';
 import { EventParser } from './logic/sse';
 import type {
@@ -16,6 +16,7 @@ import type {
   EventType,
   Fault,
   LensView,
+  Level,
   Metadata,
   ParameterValue,
   Scene,
@@ -40,6 +41,7 @@ export const scene = signal<Scene | null>(null);
 export const clock = signal<Clock | null>(null);
 export const clockSeen = signal(0); // performance.now() when `clock` came
 export const faults = signal<Fault[]>([]);
+export const level = signal<Level | null>(null); // how much the library says; null: not known yet
 export const loadProblem = signal(''); // why the camera's state could not be asked for
 
 export const isAdmin = computed(() => 'admin' === session.value?.role);
@@ -233,11 +235,25 @@ export async function readParameters(keys: number[]): Promise<void> {
   }
 }
 
-// The answer to a change of the schemes holds all of them.
+// What the camera answers to a change, or tells of one: both come this way, and the newer stays.
 export function takeSchemes(view: SchemesView): void {
   if (view.channel === channel.value) {
-    schemes.value = view;
+    schemes.value = newerOf(schemes.value, view);
   }
+}
+
+export function takeScene(view: Scene): void {
+  scene.value = newerOf(scene.value, view);
+}
+
+export function takeClock(view: Clock): void {
+  if (view === newerOf(clock.value, view)) {
+    showClock(view);
+  }
+}
+
+export function takeLevel(view: Level): void {
+  level.value = newerOf(level.value, view);
 }
 
 export async function changeSchemes(change: Parameters<typeof api.changeSchemes>[1]): Promise<boolean> {
@@ -347,18 +363,11 @@ function apply(type: EventType, data: unknown): void {
     case 'scheme': {
       const event = data as CameraEvents['scheme'];
       values.value = withScheme(values.value, event);
-      if (event.channel === shown && null !== schemes.value) {
-        schemes.value = { ...schemes.value, current: event.to };
-      }
       break;
     }
-    case 'schemes': {
-      const event = data as CameraEvents['schemes'];
-      if (event.channel === shown) {
-        schemes.value = event;
-      }
+    case 'schemes':
+      takeSchemes(data as SchemesView);
       break;
-    }
     case 'ranges':
       if ((data as CameraEvents['ranges']).channel === shown) {
         loadMetadataSoon();
@@ -383,7 +392,10 @@ function apply(type: EventType, data: unknown): void {
       takeClock(data as Clock);
       break;
     case 'scene':
-      scene.value = data as Scene;
+      takeScene(data as Scene);
+      break;
+    case 'level':
+      takeLevel(data as Level);
       break;
     case 'faults': {
       const list = data as CameraEvents['faults'];
@@ -405,7 +417,7 @@ function apply(type: EventType, data: unknown): void {
   }
 }
 
-function takeClock(view: Clock): void {
+function showClock(view: Clock): void {
   batch(() => {
     clock.value = view;
     clockSeen.value = performance.now();
@@ -421,11 +433,12 @@ async function loadAll(): Promise<void> {
   const mine = ++loadNumber;
   waitingEvents = []; // the answers hold all that came before
   try {
-    const [list, sceneView, clockView, faultList] = await Promise.all([
+    const [list, sceneView, clockView, faultList, levelView] = await Promise.all([
       api.channels(),
       api.scene(),
       api.clock(),
       api.faults(),
+      api.messageLevel(),
     ]);
     if (mine !== loadNumber) {
       return;
@@ -437,9 +450,11 @@ async function loadAll(): Promise<void> {
     batch(() => {
       channels.value = list.channels;
       channel.value = chosen;
+      // Taken as they are: the camera may have begun anew, and with it the revisions.
       scene.value = sceneView;
-      takeClock(clockView);
+      showClock(clockView);
       faults.value = faultList.faults;
+      level.value = levelView;
     });
     const state = 0 === chosen ? null : await loadChannel(chosen);
     if (mine !== loadNumber) {
@@ -579,7 +594,7 @@ const isStill = (asked: number) => asked === channel.value && null === waitingEv
 const loadValuesSoon = soon(async () => {
   const asked = channel.value;
   const view = valuesOf(await api.parameters(asked));
-  if (isStill(asked) && view.revision >= values.value.revision) {
+  if (isStill(asked) && view === newerOf(values.value, view)) {
     values.value = { ...view, byKey: new Map([...values.value.byKey, ...view.byKey]) };
   }
 });
@@ -591,7 +606,7 @@ const loadMetadataSoon = soon(async () => {
     metadata.value = view;
   }
   const fresh = valuesOf(await api.parameters(asked));
-  if (isStill(asked) && fresh.revision >= values.value.revision) {
+  if (isStill(asked) && fresh === newerOf(values.value, fresh)) {
     values.value = { ...fresh, byKey: new Map([...values.value.byKey, ...fresh.byKey]) };
   }
 });

@@ -137,6 +137,7 @@ export interface SchemeView {
 
 export interface SchemesView {
   channel: number;
+  revision: number;
   current: number;
   automatic: boolean;
   follow: Follow;
@@ -207,14 +208,16 @@ export interface Scene {
   distance: number;
   temperature: number;
   clockShift: number;
+  revision: number;
 }
 
-export type ScenePatch = Partial<Omit<Scene, 'lux' | 'light'>> & { light?: Partial<FixedLight> | Partial<DayLight> };
+export type ScenePatch = Partial<Omit<Scene, 'lux' | 'light' | 'revision'>> & { light?: Partial<FixedLight> | Partial<DayLight> };
 
 export interface Clock {
   time: string; // "2026-11-21T22:40:05", the camera's local time
   simulated: boolean;
   speed: number;
+  revision: number;
 }
 
 export interface ClockChange {
@@ -228,6 +231,12 @@ export interface Fault {
   text: string;
   matched: number;
   acted: number;
+}
+
+// How much the library says.
+export interface Level {
+  level: number;
+  revision: number;
 }
 
 export interface LogEntry {
@@ -284,6 +293,7 @@ export interface CameraEvents {
   clock: Clock;
   scene: Scene;
   faults: { faults: Fault[] } | Fault[];
+  level: Level;
   busy: { channel: number; operation: string | null };
   resync: Record<string, never>;
 }

@@ -15,7 +15,7 @@ import {
 } from '../src/scene/day';
 
 const kCurve: Curve = { sunrise: '06:00', sunset: '20:00', twilightMinutes: 30, dayLux: 20000, nightLux: 0.1 };
-const clock = (time: string, simulated = true, speed = 1440) => ({ time, simulated, speed });
+const clock = (time: string, simulated = true, speed = 1440) => ({ time, simulated, speed, revision: 0 });
 
 test('times of the day are read strictly', () => {
   assert.equal(minutesOf('06:30'), 390);

@@ -2,6 +2,9 @@
 import assert from 'node:assert/strict';
 import { afterEach, beforeEach, test } from 'node:test';
 
+import { api } from '../src/api';
+import { changeScene } from '../src/scene/edit';
+import { setWindow } from '../src/schemes/drafts';
 import * as store from '../src/store';
 import type { EventType } from '../src/types';
 
@@ -22,8 +25,9 @@ class Camera {
     this.table.set('GET /channels', answer({
       channels: [{ channel: 1, kind: 'visible', ready: true, sensorType: 1, module: 'M', night: false, busyWith: null }],
     }));
-    this.table.set('GET /scene', answer({ light: { kind: 'fixed', lux: 1 }, lux: 1 }));
-    this.table.set('GET /clock', answer({ time: '2026-11-21T12:00:00', simulated: false, speed: 1 }));
+    this.table.set('GET /scene', answer({ light: { kind: 'fixed', lux: 1 }, lux: 1, fog: 0, revision: 4 }));
+    this.table.set('GET /clock', answer({ time: '2026-11-21T12:00:00', simulated: false, speed: 1, revision: 4 }));
+    this.table.set('GET /messages/level', answer({ level: 1, revision: 4 }));
     this.table.set('GET /faults', answer({ faults: [] }));
     this.table.set('GET /channels/1/metadata', () => ({ body: { channel: 1, revision: this.revision, tabs: [] } }));
     this.table.set('GET /channels/1/parameters', () => ({
@@ -35,7 +39,7 @@ class Camera {
       },
     }));
     this.table.set('GET /channels/1/schemes', answer({
-      channel: 1, current: 0, automatic: false, follow: 'nothing', gaps: 'scheme-0', factory: 4, schemes: [],
+      channel: 1, revision: 17, current: 0, automatic: false, follow: 'nothing', gaps: 'scheme-0', factory: 4, schemes: [],
     }));
     this.table.set('GET /channels/1/day-night', answer({ state: 'day' }));
   }
@@ -86,6 +90,13 @@ const kPatience = 30_000; // milliseconds, on a machine that is busy with other 
 async function until(what: () => boolean): Promise<void> {
   for (const end = Date.now() + kPatience; !what(); ) {
     assert.ok(Date.now() < end, `it never came to this: ${String(what)}`);
+    await new Promise((resolve) => setImmediate(resolve));
+  }
+}
+
+// Until what an answer brings has been done.
+async function settled(): Promise<void> {
+  for (let count = 0; count < 10; ++count) {
     await new Promise((resolve) => setImmediate(resolve));
   }
 }
@@ -199,6 +210,87 @@ test('an answer that is older than an event changes nothing', async () => {
   store.setParameter(34, 51);
   await until(() => 0 === store.edits.value.size);
   assert.equal(shown(), 70);
+});
+
+// Of what comes as an answer and as an event: how it is changed, and a word of it that is shown.
+const kTwice = [
+  {
+    what: 'the schemes',
+    request: 'PATCH /channels/1/schemes',
+    event: 'schemes',
+    state: (revision: number, value: number) => ({
+      channel: 1, revision, current: value, automatic: false, follow: 'nothing', gaps: 'scheme-0', factory: 4, schemes: [],
+    }),
+    change: () => store.changeSchemes({ current: 1 }),
+    shown: () => store.schemes.value?.current,
+  },
+  {
+    what: 'a scheme',
+    request: 'PATCH /channels/1/schemes/0',
+    event: 'schemes',
+    state: (revision: number, value: number) => ({
+      channel: 1, revision, current: value, automatic: false, follow: 'nothing', gaps: 'scheme-0', factory: 4, schemes: [],
+    }),
+    change: () => setWindow(0, { from: 60, to: 120 }),
+    shown: () => store.schemes.value?.current,
+  },
+  {
+    what: 'the scene',
+    request: 'PATCH /scene',
+    event: 'scene',
+    state: (revision: number, value: number) => ({ light: { kind: 'fixed', lux: 1 }, lux: 1, fog: value, revision }),
+    change: () => changeScene('fog', 1),
+    shown: () => store.scene.value?.fog,
+  },
+  {
+    what: 'the clock',
+    request: 'PUT /clock',
+    event: 'clock',
+    state: (revision: number, value: number) => ({ time: '2026-11-21T12:00:00', simulated: true, speed: value, revision }),
+    change: async () => store.takeClock(await api.setClock({ simulated: true, speed: 1 })),
+    shown: () => store.clock.value?.speed,
+  },
+  {
+    what: 'the level of messages',
+    request: 'PUT /messages/level',
+    event: 'level',
+    state: (revision: number, value: number) => ({ level: value, revision }),
+    change: async () => store.takeLevel(await api.setMessageLevel(1)),
+    shown: () => store.level.value?.level,
+  },
+] as const;
+
+for (const { what, request, event, state, change, shown: shownNow } of kTwice) {
+  test(`an answer of ${what} that is older than an event changes nothing`, async () => {
+    let isAnswered = false;
+    camera.table.set(request, async () => {
+      camera.tell(event, state(18, 2));
+      camera.tell(event, state(19, 3)); // by somebody else, and heard before the answer
+      await until(() => 3 === shownNow());
+      isAnswered = true;
+      return { body: state(18, 2) };
+    });
+    await change();
+    await until(() => isAnswered);
+    await settled();
+    assert.equal(shownNow(), 3);
+  });
+
+  test(`an event of ${what} that is older than an answer changes nothing`, async () => {
+    camera.table.set(request, () => ({ body: state(19, 3) }));
+    await change();
+    await until(() => 3 === shownNow());
+    camera.tell(event, state(18, 2));
+    camera.change(60); // heard behind it
+    await until(() => 60 === shown());
+    assert.equal(shownNow(), 3);
+  });
+}
+
+test('a camera that has begun anew begins with its revisions, too', async () => {
+  camera.table.set('GET /scene', () => ({ body: { light: { kind: 'fixed', lux: 1 }, lux: 1, fog: 9, revision: 0 } }));
+  camera.tell('resync', {});
+  await until(() => 9 === store.scene.value?.fog);
 });
 
 test('a default that somebody else has changed since is not shown', async () => {

@@ -3,7 +3,7 @@ import { test } from 'node:test';
 
 import { millisecondsOf, timeAt } from '../src/time';
 
-const kNoon = { time: '2026-11-21T12:00:00', simulated: false, speed: 1 };
+const kNoon = { time: '2026-11-21T12:00:00', simulated: false, speed: 1, revision: 0 };
 const at = (clock: typeof kNoon, after: number) => new Date(timeAt(clock, 1000, 1000 + after)).toISOString().slice(11, 19);
 
 test('the clock goes on between two events', () => {

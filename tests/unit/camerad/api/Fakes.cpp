@@ -81,7 +81,7 @@ std::vector<ChangeResult> FakeChannel::change(const std::vector<Change>& p_vecCh
     asked();
     for (const Change& change : p_vecChanges) {
         note("set " + textOf(change.nKey) + " " + textOf(change.nValue) + (p_bRecord ? "" : " unrecorded"), p_stActor);
-        vecResults.push_back({change.nKey, change.nValue, changeRefusal});
+        vecResults.push_back({change.nKey, change.nValue, changeRefusal, -1, 0});
         for (ParameterValue& value : stValues.vecValues) {
             if (!changeRefusal && value.nKey == change.nKey) {
                 value.nValue = change.nValue;
@@ -89,6 +89,11 @@ std::vector<ChangeResult> FakeChannel::change(const std::vector<Change>& p_vecCh
         }
     }
     ++stValues.nRevision;
+    for (ChangeResult& result : vecResults) {
+        result.nScheme = stValues.nScheme;
+        result.nRevision = stValues.nRevision;
+    }
+    stValues.nRevision += nChangesSince;
     return vecResults;
 }
 
@@ -227,7 +232,8 @@ FakeHost::FakeHost() {
                 {"car", true},
                 {"distance", 5.0},
                 {"temperature", 20.0},
-                {"clockShift", 0}};
+                {"clockShift", 0},
+                {"revision", 5}};
     objFaults = nlohmann::json::array({{{"id", 1}, {"text", "cmd=34 silent=1"}, {"matched", 2}, {"acted", 1}}});
 }
 
@@ -290,7 +296,7 @@ std::vector<LogEntry> FakeHost::log(std::uint64_t p_nAfter, std::size_t p_nMost)
 
 void FakeHost::setMessageLevel(int p_nLevel, const Actor& p_stActor) {
     note("level " + textOf(p_nLevel), p_stActor);
-    nLevel = p_nLevel;
+    stLevel = {p_nLevel, stLevel.nRevision + 1};
 }
 
 void FakeAccess::note(const std::string& p_strCall) {

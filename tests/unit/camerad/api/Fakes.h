@@ -21,6 +21,7 @@ public:
     std::vector<std::string> vecCalls;     // what was to be changed, as text
     std::optional<Refusal> refusal;        // thrown by whatever may be refused
     std::optional<Refusal> changeRefusal;  // of each change
+    unsigned nChangesSince = 0;            // of somebody else, between a change and its answer
     ParameterValues stValues;
     SchemesView stSchemes;
     ChannelView stView;
@@ -72,11 +73,11 @@ public:
     FakeChannel objSecond{2};
     std::vector<std::string> vecCalls;
     std::optional<Refusal> refusal;
-    ClockView stClock{"2026-11-21T22:40:05", false, 1};
+    ClockView stClock{"2026-11-21T22:40:05", false, 1, 3};
     nlohmann::json objScene;
     nlohmann::json objFaults;
     std::vector<LogEntry> vecLog;
-    int nLevel = 0;
+    LevelView stLevel;
     HostCounters stCounters;
 
     FakeHost();
@@ -94,7 +95,7 @@ public:
     void powerCycle(const Actor& p_stActor) override;
     std::vector<LogEntry> log(std::uint64_t p_nAfter, std::size_t p_nMost) const override;
     void addMessage(const std::string&) override {}
-    int messageLevel() const override { return nLevel; }
+    LevelView messageLevel() const override { return stLevel; }
     void setMessageLevel(int p_nLevel, const Actor& p_stActor) override;
     HostCounters counters() const override { return stCounters; }
 

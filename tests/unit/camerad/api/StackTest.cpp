@@ -182,9 +182,10 @@ TEST(CameraOverHttp, EveryEventIsAsItIsDescribed) {
     client->json("POST", "/api/v1/faults", R"({"text":"cmd=2369 opt=set silent=1"})");
     client->json("PUT", kChannel + "/day-night", R"({"state":"night"})");
     client->json("POST", kChannel + "/lens/zoom-in");
+    client->json("PUT", "/api/v1/messages/level", R"({"level":2})");
     client->json("POST", kChannel + "/reset", R"({"confirm":"factory"})");
-    for (const char* type :
-         {"parameter", "scheme", "schemes", "driver", "scene", "clock", "faults", "day-night", "lens", "busy"}) {
+    for (const char* type : {"parameter", "scheme", "schemes", "driver", "scene", "clock", "faults", "day-night",
+                             "lens", "level", "busy"}) {
         EXPECT_FALSE(reader.await(type).is_null()) << "no event of type " << type;
     }
 }

@@ -305,6 +305,39 @@ TEST(CameraHost, TheSceneIsChangedAsAWholeOrNotAtAll) {
     EXPECT_EQ(20, rig.host().scene()["wind"]);
 }
 
+// A page hears of a change as an answer and as an event, in any order; the revision tells it which is the newer.
+TEST(CameraHost, WhatIsToldHasARevisionThatGrows) {
+    Rig rig;
+    rig.start();
+    const auto listener = rig.listen({0, {"scene", "clock", "schemes"}});
+    const auto expectGrowth = [&](const std::string& p_strType, const std::function<void(int)>& p_fnChange,
+                                  const std::function<std::uint64_t()>& p_fnNow) {
+        std::uint64_t last = p_fnNow();
+        for (int i = 1; i <= 3; ++i) {
+            p_fnChange(i);
+            const nlohmann::json event = listener->await(p_strType, [last](const nlohmann::json& p_objEvent) {
+                return p_objEvent.at("revision").get<std::uint64_t>() > last;
+            });
+            ASSERT_FALSE(event.is_null()) << p_strType;
+            last = event.at("revision").get<std::uint64_t>();
+            EXPECT_EQ(last, p_fnNow()) << p_strType;
+        }
+    };
+    expectGrowth(
+        "scene",
+        [&](int p_nTime) {
+            rig.host().changeScene({{"fog", p_nTime}}, kAnna);
+        },
+        [&] { return rig.host().scene().at("revision").get<std::uint64_t>(); });
+    expectGrowth(
+        "schemes", [&](int p_nTime) { rig.channel().setSchemeName(1, std::to_string(p_nTime), kAnna); },
+        [&] { return rig.channel().schemes().nRevision; });
+    rig.host().setClock(false, "", 1, kAnna);  // a simulated one is told once a second, changed or not
+    expectGrowth(
+        "clock", [&](int p_nTime) { rig.host().setClock(false, "", p_nTime, kAnna); },
+        [&] { return rig.host().clock().nRevision; });
+}
+
 TEST(CameraHost, FaultsAreListedWithWhatBecameOfThem) {
     Rig rig;
     rig.start();
@@ -397,10 +430,12 @@ TEST(CameraHost, MessagesAreToldOneByOneAndTheRestIsCounted) {
 TEST(CameraHost, TheLevelOfMessagesIsKeptInTheSignFile) {
     Rig rig;
     rig.start();
-    EXPECT_EQ(1, rig.host().messageLevel());
+    const auto listener = rig.listen({0, {"level"}});
+    EXPECT_EQ(1, rig.host().messageLevel().nLevel);
     rig.root().write("/mnt/mtd/sign/Debug.sign", "3\n0\n");
     rig.host().setMessageLevel(6, kAnna);
-    EXPECT_EQ(6, rig.host().messageLevel());
+    EXPECT_EQ(6, rig.host().messageLevel().nLevel);
+    EXPECT_EQ(R"({"level":6,"revision":1})"_json, listener->await("level")) << "for the other pages";
     EXPECT_EQ("6\n0\n", rig.root().read("/mnt/mtd/sign/Debug.sign"));
     EXPECT_EQ(Refusal::Kind::BadValue, refusalOf([&] { rig.host().setMessageLevel(9, kAnna); }).kind());
     EXPECT_EQ(Refusal::Kind::BadValue, refusalOf([&] { rig.host().setMessageLevel(-1, kAnna); }).kind());

@@ -368,6 +368,17 @@ TEST_F(ChannelTest, TheCameraSwitchesByDayAndNight) {
     EXPECT_TRUE(rig.channel().isNight());
 }
 
+// What has been changed since is not in the answer to a change, and must not be taken for it.
+TEST_F(ChannelTest, TheResultOfAChangeIsOfItsOwnMoment) {
+    const camerad::ChangeResult first = rig.set(34, 60);
+    EXPECT_EQ(rig.channel().revision(), first.nRevision);
+    EXPECT_EQ(0, first.nScheme);
+    rig.channel().setScheme(1, kAnna);
+    const camerad::ChangeResult second = rig.set(34, 61);
+    EXPECT_GT(second.nRevision, first.nRevision);
+    EXPECT_EQ(1, second.nScheme);
+}
+
 TEST_F(ChannelTest, WhereNoWindowIsSchemeZeroHolds) {
     EXPECT_FALSE(rig.channel().schemes().bGaps);
     EXPECT_THAT(refusalOf([&] {

@@ -4,7 +4,7 @@ import { useEffect, useLayoutEffect, useMemo, useRef, useState } from 'preact/ho
 
 import { api } from '../api';
 import { labelsOf } from '../scene/labels';
-import { attempt, channels, metadata, notify, readOnlyReason } from '../store';
+import { attempt, channels, level, metadata, notify, readOnlyReason, takeLevel } from '../store';
 import { Button } from '../ui/Button';
 import { Panel } from '../ui/Panel';
 import { Select } from '../ui/Select';
@@ -369,28 +369,17 @@ const kLevels: { value: number; label: string }[] = [
 
 // How much the library says.
 function Level() {
-  const [level, setLevel] = useState<number | undefined>(undefined);
   const reason = readOnlyReason.value;
-  useEffect(() => {
-    let isGone = false;
-    api.messageLevel().then(
-      (view) => (isGone ? undefined : setLevel(view.level)),
-      () => undefined, // it stays "Not known"
-    );
-    return () => {
-      isGone = true;
-    };
-  }, []);
   return (
     <span class="log-level" title={'' === reason ? 'How much the library says' : reason}>
       <label for="log-level">Messages up to level</label>
       <Select
         id="log-level"
-        value={level}
+        value={level.value?.level}
         choices={kLevels}
         disabled={'' !== reason}
         testid="log-level"
-        onChange={(wanted) => void attempt(async () => setLevel((await api.setMessageLevel(wanted)).level))}
+        onChange={(wanted) => void attempt(async () => takeLevel(await api.setMessageLevel(wanted)))}
       />
     </span>
   );

@@ -1,6 +1,12 @@
 // What an event of the camera makes of what the page knows. Pure: nothing here has state of its own.
 import type { ParameterEvent, ParametersView, ParameterValue, SchemeEvent } from '../types';
 
+// Of two states of one thing the newer. A change comes twice, as the answer to who made it and as an event to all, and the
+// two in any order: an answer that is older than an event which has been here must not be shown any more.
+export function newerOf<State extends { revision: number }>(known: State | null, come: State): State {
+  return null !== known && come.revision < known.revision ? known : come;
+}
+
 export interface Values {
   channel: number;
   scheme: number;

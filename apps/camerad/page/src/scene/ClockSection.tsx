@@ -1,7 +1,7 @@
 import { useState } from 'preact/hooks';
 
 import { api } from '../api';
-import { attempt, clock, clockSeen } from '../store';
+import { attempt, clock, takeClock } from '../store';
 import { deviceTime } from '../time';
 import type { ClockChange } from '../types';
 import { Button } from '../ui/Button';
@@ -30,10 +30,7 @@ export function ClockSection({ disabled, reason }: { disabled: boolean; reason: 
     return null;
   }
   const set = (change: ClockChange): Promise<boolean> =>
-    attempt(async () => {
-      clock.value = await api.setClock(change);
-      clockSeen.value = performance.now();
-    });
+    attempt(async () => takeClock(await api.setClock(change)));
   const setTime = async (): Promise<void> => {
     if (null !== wanted && undefined !== secondsOf(wanted)) {
       const seconds = secondsOf(wanted) as number;

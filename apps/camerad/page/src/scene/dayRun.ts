@@ -6,7 +6,7 @@
 import { effect, signal } from '@preact/signals';
 
 import { api, explain } from '../api';
-import { clock, isAdmin, notify, scene } from '../store';
+import { clock, isAdmin, notify, scene, takeClock, takeScene } from '../store';
 import type { FixedLight } from '../types';
 import { type DayPlan, dayState, kDaySpeed, planText, readPlan } from './day';
 import { lightOf, rememberLight } from './edit';
@@ -45,10 +45,10 @@ export async function beginDay(): Promise<void> {
   isDayBusy.value = true;
   try {
     rememberLight(before.light);
-    scene.value = await api.changeScene({ light: lightOf('day') });
+    takeScene(await api.changeScene({ light: lightOf('day') }));
     const now = await api.setClock({ simulated: true, speed: kDaySpeed });
     store({ from: now.time, lightBefore: before.light });
-    clock.value = now;
+    takeClock(now);
   } catch (error) {
     notify(`The day could not begin. ${explain(error)}`, 'error');
     await putBack(before.light);
@@ -63,7 +63,7 @@ export async function endDay(note: string): Promise<void> {
   isDayBusy.value = true;
   const plan = dayPlan.value;
   try {
-    clock.value = await api.setClock({ simulated: false });
+    takeClock(await api.setClock({ simulated: false }));
     store(null);
     await putBack(plan?.lightBefore);
     notify(note);
@@ -85,7 +85,7 @@ function isFixed(light: unknown): light is FixedLight {
 async function putBack(light: unknown): Promise<void> {
   if (isFixed(light) && 'day' === scene.value?.light.kind) {
     try {
-      scene.value = await api.changeScene({ light });
+      takeScene(await api.changeScene({ light }));
     } catch (error) {
       notify(`The light could not be put back. ${explain(error)}`, 'error');
     }

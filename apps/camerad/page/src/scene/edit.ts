@@ -4,7 +4,7 @@ import { signal } from '@preact/signals';
 
 import { api, explain } from '../api';
 import { NewestWins } from '../logic/newest';
-import { scene } from '../store';
+import { scene, takeScene } from '../store';
 import type { DayLight, FixedLight, Scene } from '../types';
 
 type Light = FixedLight | DayLight;
@@ -26,7 +26,7 @@ const sender = new NewestWins<Edits>(
   async (key, patch) => {
     const field = kFields[key] as SceneField;
     try {
-      scene.value = await api.changeScene(patch);
+      takeScene(await api.changeScene(patch));
       sceneRefusals.value = forget(sceneRefusals.value, field);
     } catch (error) {
       sender.drop(key);
