@@ -66,6 +66,104 @@ story('When night falls the camera takes the second scheme, and the first again 
   await until(async () => 'day' === (await visit.get('day-night-badge').getAttribute('data-state')), 'it is day');
 });
 
+story('A scheme that is pressed while the camera switches by itself ends that, and stays', async (s) => {
+  await s.camera.request('PUT', '/clock', { simulated: true, time: '2026-06-01T12:00:00', speed: 0 });
+  const visit = await s.visit();
+  await visit.goTo('schemes');
+  await visit.get('follow-schedule').click();
+  await visit.get('automatic').click();
+  await visit.untilText('scheme-mode', /^Switched by the time of day$/);
+  assert.equal(await visit.get('automatic').isChecked(), true);
+  await untilScheme(visit, 0);
+  await visit.get('scheme-1').click();
+  await visit.untilText('notices', /Automatic switching is off now, so that your choice stays\./);
+  await untilScheme(visit, 1);
+  await visit.untilText('scheme-mode', /^Chosen by hand$/);
+  assert.equal(await visit.get('automatic').isChecked(), false);
+  await visit.untilText('follow-says', /^Switching is off/);
+  // The camera would take it back within a second of its clock; a minute goes by.
+  await s.camera.request('PUT', '/clock', { simulated: true, speed: 60 });
+  await until(async () => '2026-06-01T12:01:00' < (await s.camera.request('GET', '/clock')).time, 'a minute has gone by');
+  const { automatic, current, follow } = await s.camera.request('GET', '/channels/1/schemes');
+  assert.deepEqual({ automatic, current, follow }, { automatic: false, current: 1, follow: 'schedule' });
+  await untilScheme(visit, 1);
+});
+
+story('The time line says where no window is, where several are, and which never counts', async (s) => {
+  for (const [index, name, start, end] of [
+    [0, 'Day', '06:00', '12:00'],
+    [1, 'Evening', '10:00', '20:00'],
+    [2, 'Inside', '10:30', '11:00'],
+    [3, 'Late', '20:00', '22:00'],
+  ]) {
+    await s.camera.request('PATCH', `/channels/1/schemes/${index}`, { name, window: { start, end } });
+  }
+  const visit = await s.visit();
+  await visit.goTo('schemes');
+  await visit.untilSeen('remarks');
+  assert.deepEqual(await visit.get('remarks').locator('li').allTextContents(), [
+    'No window covers 00:00 to 06:00 and 22:00 to 24:00: Day, the first scheme, is in force there.',
+    'Day and Evening overlap from 10:00 to 10:30 and 11:00 to 12:00: Day stands first and is in force.',
+    'Day, Evening and Inside overlap from 10:30 to 11:00: Day stands first and is in force.',
+    'Inside is never in force by its window: schemes before it cover all of it.',
+  ]);
+  const pieces = await visit.get('lane-result').locator('[data-scheme]').evaluateAll((list) => list.map((piece) => [piece.title, piece.dataset.scheme]));
+  assert.deepEqual(pieces, [
+    ['00:00 to 06:00: Day, no window matches', '0'],
+    ['06:00 to 10:00: Day', '0'],
+    ['10:00 to 10:30: Day, windows overlap', '0'],
+    ['10:30 to 11:00: Day, windows overlap', '0'],
+    ['11:00 to 12:00: Day, windows overlap', '0'],
+    ['12:00 to 20:00: Evening', '1'],
+    ['20:00 to 22:00: Late', '3'],
+    ['22:00 to 24:00: Day, no window matches', '0'],
+  ]);
+  // As the camera itself says it.
+  const { schemes } = await s.camera.request('GET', '/channels/1/schemes');
+  assert.deepEqual(schemes.map((scheme) => scheme.inForce), [
+    [{ start: '00:00', end: '12:00' }, { start: '22:00', end: '24:00' }],
+    [{ start: '12:00', end: '20:00' }],
+    [],
+    [{ start: '20:00', end: '22:00' }],
+  ]);
+});
+
+story('A window across midnight is explained, and nothing of it reaches the camera', async (s) => {
+  await s.camera.request('PATCH', '/channels/1/schemes/1', { window: { start: '01:00', end: '06:00' } });
+  const visit = await s.visit();
+  await visit.goTo('schemes');
+  await until(async () => '01:00' === (await visit.get('time-1-from').inputValue()), 'the window is shown');
+  const before = await s.camera.request('GET', '/channels/1/schemes');
+  const sent = [];
+  visit.page.on('request', (request) => 'GET' === request.method() || sent.push(`${request.method()} ${request.url()}`));
+  await visit.get('time-1-from').fill('22:00');
+  await visit.get('time-1-from').press('Enter');
+  await visit.untilText('window-problem-1', /starts at 22:00 and ends at 06:00, so it would never be in force\. A window cannot go past midnight/);
+  assert.equal(await visit.get('time-1-from').inputValue(), '22:00');
+  await visit.get('window-undo-1').click();
+  await visit.untilGone('window-problem-1');
+  assert.equal(await visit.get('time-1-from').inputValue(), '01:00');
+  assert.deepEqual(sent, []);
+  assert.deepEqual(await s.camera.request('GET', '/channels/1/schemes'), before);
+});
+
+story('A whole window is dragged by the mouse, and keeps its length', async (s) => {
+  await s.camera.request('PATCH', '/channels/1/schemes/1', { window: { start: '10:00', end: '14:30' } });
+  const visit = await s.visit();
+  await visit.goTo('schemes');
+  await until(async () => '14:30' === (await visit.get('time-1-to').inputValue()), 'the window is shown');
+  const lane = await visit.get('lane-1').boundingBox();
+  const body = await visit.get('window-1-whole').boundingBox();
+  const [x, y] = [body.x + body.width / 2, body.y + body.height / 2];
+  await visit.page.mouse.move(x, y);
+  await visit.page.mouse.down();
+  await visit.page.mouse.move(x + (lane.width * 3) / 24, y, { steps: 6 });
+  await visit.page.mouse.up();
+  const windowNow = async () => (await s.camera.request('GET', '/channels/1/schemes')).schemes[1].window;
+  await until(async () => '13:00' === (await windowNow()).start, 'the window starts at 13:00');
+  assert.deepEqual(await windowNow(), { start: '13:00', end: '17:30' });
+});
+
 story('The time line shows which scheme will be in force, and a window is dragged by the mouse', async (s) => {
   const visit = await s.visit();
   await visit.goTo('schemes');
