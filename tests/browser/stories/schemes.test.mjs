@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 
-import { kBrightness } from '../support/keys.mjs';
+import { kBrightness, kEndHour, kEndMinute, kStartHour } from '../support/keys.mjs';
 import { story } from '../support/story.mjs';
 import { until } from '../support/until.mjs';
 
@@ -229,6 +229,69 @@ story('A window that cannot be stored is explained before it is sent', async (s)
   await visit.get('window-undo-1').click();
   await visit.untilGone('window-problem-1');
   assert.equal(await visit.get('time-1-from').inputValue(), '08:00');
+});
+
+story('A window is explained at its numbers, too, and is sent once it can be stored', async (s) => {
+  await s.camera.request('PATCH', '/channels/1/schemes', { follow: 'schedule' });
+  await s.camera.request('PATCH', '/channels/1/schemes/0', { window: { start: '08:00', end: '10:00' } });
+  const window = async () => (await s.camera.request('GET', '/channels/1/schemes')).schemes[0].window;
+  const isWindow = async (start, end) => {
+    const now = await window();
+    return start === now.start && end === now.end;
+  };
+  const visit = await s.visit();
+  await visit.goTo('settings', 'scheme');
+  const type = async (key, number) => {
+    await visit.get(`control-${key}`).fill(String(number));
+    await visit.get(`control-${key}`).press('Enter');
+  };
+  const sent = [];
+  visit.page.on('request', (request) => 'PATCH' === request.method() && sent.push(request.url()));
+  await visit.untilShown(kStartHour, 8);
+
+  await type(kStartHour, 22);
+  await visit.untilText(`refusal-${kStartHour}`, /22:00.*10:00/);
+  await type(kEndHour, 6);
+  await visit.untilText(`refusal-${kEndHour}`, /22:00.*06:00.*midnight/);
+  assert.equal(await visit.text(`refusal-${kStartHour}`), '', 'one explanation at a time');
+  assert.equal(await visit.shown(kStartHour), 22, 'what was typed stays');
+  assert.equal(await visit.get(`control-${kEndHour}`).getAttribute('aria-invalid'), 'true');
+  assert.deepEqual(sent, []);
+  assert.deepEqual(await window(), { start: '08:00', end: '10:00' });
+
+  await visit.get(`control-${kEndHour}`).press('Escape');
+  await visit.untilShown(kEndHour, 10);
+  await visit.untilShown(kStartHour, 8);
+  assert.equal(await visit.text(`refusal-${kEndHour}`), '');
+  await type(kEndMinute, 30);
+  await until(async () => '10:30' === (await window()).end, 'a number that fits is sent at once');
+
+  // From one good window to another one over a pair that does not fit, whichever end comes first.
+  await type(kStartHour, 20);
+  await visit.untilText(`refusal-${kStartHour}`, /20:00.*10:30/);
+  await type(kEndHour, 22);
+  await until(() => isWindow('20:00', '22:30'), 'the later window is in force');
+  await type(kEndHour, 9);
+  await visit.untilText(`refusal-${kEndHour}`, /20:00.*09:30/);
+  await type(kStartHour, 7);
+  await until(() => isWindow('07:00', '09:30'), 'the earlier window is in force');
+  await visit.untilShown(kEndHour, 9);
+  await visit.untilGone(`take-back-${kEndHour}`);
+
+  // The default of a number need not fit the other three either.
+  await visit.get(`default-${kEndHour}`).click();
+  await visit.untilText(`refusal-${kEndHour}`, /24:30/);
+  await visit.get(`take-back-${kEndHour}`).click();
+  await visit.untilShown(kEndHour, 9);
+  assert.deepEqual(await window(), { start: '07:00', end: '09:30' });
+
+  // What is kept back was meant for the scheme that was in force.
+  await type(kStartHour, 22);
+  await visit.untilSeen(`take-back-${kStartHour}`);
+  await s.camera.request('PATCH', '/channels/1/schemes', { current: 1 });
+  await visit.untilGone(`take-back-${kStartHour}`);
+  await visit.untilShown(kStartHour, 0);
+  assert.deepEqual((await s.camera.request('GET', '/channels/1/schemes')).schemes[1].window, { start: '00:00', end: '24:00' });
 });
 
 story('Each scheme has values of its own', async (s) => {

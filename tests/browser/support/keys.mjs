@@ -6,3 +6,7 @@ export const kMirror = 2384;
 // Two switches, of which each takes the other out of use while it is on.
 export const kHighlights = 112;
 export const kBacklight = 128;
+// The window of a scheme in its numbers; shown while the camera switches by the time of day.
+export const kStartHour = 8001;
+export const kEndHour = 8003;
+export const kEndMinute = 8004;

@@ -119,33 +119,43 @@ function without<V>(map: ReadonlyMap<number, V>, key: number): ReadonlyMap<numbe
   return copy;
 }
 
-function setRefusal(key: number, text: string): void {
+export function setRefusal(key: number, text: string): void {
   refusals.value = '' === text ? without(refusals.value, key) : new Map(refusals.value).set(key, text);
 }
 
-const held = new Set<number>(); // keys whose control is being dragged
-const sender = new NewestWins<{ channel: number; value: number }>(
-  async (key, change) => {
+interface Change {
+  key: number;
+  value: number;
+}
+
+const held = new Set<number>(); // keys that show what the person has set, whatever the camera has
+const together = new Map<number, number[]>(); // keys that were sent as one, by the first of them
+const sender = new NewestWins<{ channel: number; changes: Change[] }>(
+  async (first, { channel: asked, changes }) => {
     try {
-      const answer = await api.change(change.channel, [{ key, value: change.value }]);
-      const result = answer.results[0];
-      if (undefined !== result && change.channel === channel.value) {
+      const answer = await api.change(asked, changes);
+      for (const result of asked === channel.value ? answer.results : []) {
         if (undefined !== result.value) {
-          takeAnswer(key, answer, result.value);
+          takeAnswer(result.key, answer, result.value);
         }
-        setRefusal(key, result.ok ? '' : (result.problem?.detail ?? result.problem?.title ?? 'The camera refused it.'));
+        const isNewest = changes.some(({ key, value }) => key === result.key && value === edits.value.get(key));
+        if (!result.ok || isNewest) {
+          setRefusal(result.key, result.ok ? '' : (result.problem?.detail ?? result.problem?.title ?? 'The camera refused it.'));
+        }
       }
     } catch (error) {
-      sender.drop(key);
-      setRefusal(key, explain(error));
+      sender.drop(first);
+      changes.forEach(({ key }) => setRefusal(key, explain(error)));
     }
   },
-  (key) => {
-    if (!held.has(key)) {
-      edits.value = without(edits.value, key);
-    }
-  },
+  (first) => (together.get(first) ?? [first]).forEach(forgetEdit),
 );
+
+function forgetEdit(key: number): void {
+  if (!held.has(key)) {
+    edits.value = without(edits.value, key);
+  }
+}
 
 // The answer to a change may be here before its event. It says nothing of "stored", so that the mark follows from what is
 // known. When its event has been here before, another one may have been, too, and the answer is the older of the two.
@@ -163,17 +173,27 @@ export function shownValue(key: number): number | undefined {
 }
 
 export function setParameter(key: number, value: number): void {
+  setTogether([{ key, value }]);
+}
+
+// Sends several values as one request, in this order. A key is always sent with the same others.
+export function setTogether(changes: Change[]): void {
+  const keys = changes.map(({ key }) => key);
+  const first = keys[0];
+  if (undefined === first) {
+    return;
+  }
   batch(() => {
-    edits.value = new Map(edits.value).set(key, value);
-    setRefusal(key, '');
+    edits.value = new Map([...edits.value, ...changes.map(({ key, value }): [number, number] => [key, value])]);
+    keys.forEach((key) => setRefusal(key, ''));
   });
-  sender.set(key, { channel: channel.value, value });
+  together.set(first, keys);
+  sender.set(first, { channel: channel.value, changes });
 }
 
 // While a control is held, changes from elsewhere do not move it.
-export function holdParameter(key: number): void {
+export function holdParameter(key: number, value: number | undefined = shownValue(key)): void {
   held.add(key);
-  const value = shownValue(key);
   if (undefined !== value) {
     edits.value = new Map(edits.value).set(key, value);
   }
@@ -181,8 +201,8 @@ export function holdParameter(key: number): void {
 
 export function releaseParameter(key: number): void {
   held.delete(key);
-  if (!sender.isBusy(key)) {
-    edits.value = without(edits.value, key);
+  if (![...together].some(([first, keys]) => keys.includes(key) && sender.isBusy(first))) {
+    forgetEdit(key);
   }
 }
 

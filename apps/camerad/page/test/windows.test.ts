@@ -12,6 +12,7 @@ import {
   schemeAt,
   snapped,
   spanOf,
+  spanOfNumbers,
   timeText,
 } from '../src/logic/windows';
 
@@ -188,4 +189,12 @@ test('whatever is moved can be stored afterwards', () => {
 test('times snap to a grid', () => {
   assert.equal(snapped(367, 15), 360);
   assert.equal(snapped(368, 15), 375);
+});
+
+test('a window in four numbers is objected to by the same rule', () => {
+  assert.deepEqual(spanOfNumbers([8, 30, 10, 5]), { from: 510, to: 605 });
+  assert.equal(objection(spanOfNumbers([8, 0, 24, 0])), undefined);
+  assert.equal(objection(spanOfNumbers([8, 0, 24, 1]))?.code, 506);
+  assert.equal(objection(spanOfNumbers([22, 0, 6, 0]))?.code, 507);
+  assert.equal(objection(spanOfNumbers([8, 30, 8, 30]))?.code, 507);
 });

@@ -27,6 +27,13 @@ export function spanOf(window: TimeWindow): Span {
   return { from: minutesOf(window.start), to: minutesOf(window.end) };
 }
 
+// A window in the four numbers that a scheme holds: hour and minute of its start, hour and minute of its end.
+export type WindowNumbers = [number, number, number, number];
+
+export function spanOfNumbers([startHour, startMinute, endHour, endMinute]: WindowNumbers): Span {
+  return spanOf({ start: `${startHour}:${startMinute}`, end: `${endHour}:${endMinute}` });
+}
+
 export function windowOf(span: Span): TimeWindow {
   return { start: timeText(span.from), end: timeText(span.to) };
 }

@@ -17,6 +17,7 @@ import { Radios, Select } from '../ui/Select';
 import { NumberField, Slider } from '../ui/Slider';
 import { Switch } from '../ui/Switch';
 import { found, style, valueOf } from './state';
+import { isKeptBack, isKeptBackAt, isWindowKey, setWindowNumber, takeWindowBack } from './window';
 
 const kMarkTime = 2500; // milliseconds for which a control that was searched for stays marked
 
@@ -35,6 +36,7 @@ export function Control({ item }: { item: StyleItem }) {
     const timer = setTimeout(() => setMarked(false), kMarkTime);
     return () => clearTimeout(timer);
   }, [wanted]);
+  useEffect(() => (isWindowKey(item.key) ? takeWindowBack : undefined), [item.key]); // nobody sees it any more
 
   if ('notice' === item.type) {
     return (
@@ -101,7 +103,11 @@ export function Control({ item }: { item: StyleItem }) {
             title={`Back to the default: ${standardText}`}
             data-testid={`default-${item.key}`}
             onClick={() => {
-              void resetParameter(item.key);
+              if (isWindowKey(item.key) && undefined !== standard) {
+                setWindowNumber(item.key, standard);
+              } else {
+                void resetParameter(item.key);
+              }
               row.current?.querySelector<HTMLElement>('input, select')?.focus({ preventScroll: true });
             }}
           >
@@ -118,6 +124,14 @@ export function Control({ item }: { item: StyleItem }) {
       )}
       <p class="control-note problem" id={`${id}-refusal`} role="alert" data-testid={`refusal-${item.key}`}>
         {refusal}
+        {isKeptBackAt(item.key) ? (
+          <>
+            {' '}
+            <Button small data-testid={`take-back-${item.key}`} onClick={takeWindowBack}>
+              Take back
+            </Button>
+          </>
+        ) : null}
       </p>
     </div>
   );
@@ -146,7 +160,7 @@ function Field({ item, id, reason, describedBy, title }: FieldProps) {
   const disabled = '' !== readOnlyReason.value || '' !== reason;
   const testid = `control-${item.key}`;
   const label = item.label || `Parameter ${item.key}`;
-  const set = (to: number) => setParameter(item.key, to);
+  const set = (to: number) => (isWindowKey(item.key) ? setWindowNumber : setParameter)(item.key, to);
   const range = rangeOf(item, valueOf);
   const common = { id, value, disabled, describedBy, testid };
   const choices = item.choices ?? [];
@@ -187,11 +201,21 @@ function Field({ item, id, reason, describedBy, title }: FieldProps) {
         step={range.step}
         unit={item.unit}
         onInput={set}
-        onHold={(isHeld) => (isHeld ? holdParameter(item.key) : releaseParameter(item.key))}
+        onHold={(isHeld) => (isHeld ? holdParameter(item.key) : isKeptBack(item.key) ? undefined : releaseParameter(item.key))}
       />
     );
   }
-  return <NumberField {...common} min={range.min} max={range.max} step={range.step} unit={item.unit} onValue={set} />;
+  return (
+    <NumberField
+      {...common}
+      min={range.min}
+      max={range.max}
+      step={range.step}
+      unit={item.unit}
+      onValue={set}
+      onTakeBack={isKeptBackAt(item.key) ? takeWindowBack : undefined}
+    />
+  );
 }
 
 function SendButton({ item, reason, describedBy, title }: { item: StyleItem; reason: string; describedBy: string | undefined; title: string }) {

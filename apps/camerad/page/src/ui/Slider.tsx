@@ -86,12 +86,13 @@ interface NumberProps {
   describedBy?: string | undefined;
   testid?: string | undefined;
   onValue: (value: number) => void;
+  onTakeBack?: (() => void) | undefined; // what is shown was not sent: it counts as refused, and Escape takes it back
 }
 
 // A field for a whole number. What is typed counts once it is left or confirmed by Enter; Escape takes it back. What
 // cannot be read or is outside its limits is said, and not sent.
 export function NumberField(props: NumberProps) {
-  const { id, label, value, min, max, step = 1, unit, disabled, describedBy, testid, onValue } = props;
+  const { id, label, value, min, max, step = 1, unit, disabled, describedBy, testid, onValue, onTakeBack } = props;
   const [text, setText] = useState<string | null>(null); // null: nobody is typing
   const [objection, setObjection] = useState('');
   const confirm = (typed: string | null) => {
@@ -129,7 +130,7 @@ export function NumberField(props: NumberProps) {
         placeholder={undefined === value ? '–' : undefined}
         disabled={disabled}
         aria-label={label}
-        aria-invalid={'' === objection ? undefined : true}
+        aria-invalid={'' === objection && undefined === onTakeBack ? undefined : true}
         aria-describedby={'' === objection ? describedBy : `${id}-objection`}
         data-testid={testid}
         onFocus={(event) => event.currentTarget.select()}
@@ -138,10 +139,11 @@ export function NumberField(props: NumberProps) {
         onKeyDown={(event) => {
           if ('Enter' === event.key) {
             confirm(text);
-          } else if ('Escape' === event.key && null !== text) {
+          } else if ('Escape' === event.key && (null !== text || undefined !== onTakeBack)) {
             event.stopPropagation();
             setText(null);
             setObjection('');
+            onTakeBack?.();
           } else if ('ArrowUp' === event.key || 'ArrowDown' === event.key) {
             event.preventDefault();
             move(('ArrowUp' === event.key ? 1 : -1) * step * (event.shiftKey ? 10 : 1));
