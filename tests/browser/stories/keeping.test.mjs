@@ -1,10 +1,14 @@
 import assert from 'node:assert/strict';
+import { mkdirSync, rmSync } from 'node:fs';
+import { join } from 'node:path';
 
-import { kBrightness, kContrast } from '../support/keys.mjs';
+import { kBrightness, kContrast, kEndHour, kStartHour } from '../support/keys.mjs';
 import { story } from '../support/story.mjs';
 import { until } from '../support/until.mjs';
 
 const kNames = ['Working day', 'Evening'];
+
+const storedFile = (s, scheme) => join(s.camera.root, `mnt/mtd/code/config_file/sensor${scheme}.cfg`);
 
 story('What is saved is there after a restart: values, windows, names and switching', async (s) => {
   const visit = await s.visit();
@@ -83,6 +87,53 @@ story('Changes that are kept are not discarded', async (s) => {
   await visit.untilGone('discard-dialog');
   assert.equal(await visit.unsaved(), 1);
   assert.equal(await s.camera.value(kContrast), 20);
+});
+
+story('A window that keeps a scheme from being saved is named, and the way to it is short', async (s) => {
+  await s.camera.request('PUT', `/channels/1/parameters/${kStartHour}`, { value: 22 });
+  await s.camera.request('PUT', `/channels/1/parameters/${kEndHour}`, { value: 6 });
+  await s.camera.request('PATCH', '/channels/1/schemes/1', { window: { start: '06:00', end: '22:00' } });
+  const visit = await s.visit();
+  await visit.untilUnsaved(4);
+  await visit.get('save').click();
+  await visit.untilText('save-failed-list', /^Scheme 1: .*must start before it ends/);
+  await visit.untilText('save-failed', /Not everything could be saved.*Mend the window/s);
+  await visit.untilUnsaved(2); // the other scheme was saved
+  await visit.get('save-failed-go').click();
+  await visit.untilText('window-problem-0', /22:00.*06:00/);
+});
+
+story('A file that cannot be written is told as that, not as a matter of windows', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('settings', 'image');
+  await visit.type(kBrightness, 63);
+  await visit.untilUnsaved(1);
+  rmSync(storedFile(s, 0));
+  mkdirSync(storedFile(s, 0)); // nobody can replace a folder by a file, not even root
+  await visit.get('save').click();
+  await visit.untilText('save-failed-list', /^Scheme 1: the file could not be written/);
+  assert.doesNotMatch(await visit.text('save-failed'), /window/);
+  assert.equal(await visit.isSeen('save-failed-go'), false);
+  await visit.get('save-failed-close').click();
+  rmSync(storedFile(s, 0), { recursive: true });
+  await visit.save();
+  assert.equal(await s.camera.value(kBrightness), 63);
+});
+
+story('What cannot be discarded is named, and nobody is told that nothing had changed', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('settings', 'image');
+  await visit.type(kBrightness, 63);
+  await visit.untilUnsaved(1);
+  rmSync(storedFile(s, 0));
+  await visit.get('discard').click();
+  await visit.get('discard-confirm').click();
+  await visit.untilText('save-failed', /Not everything could be discarded/);
+  await visit.untilText('save-failed-list', /^Scheme 1: its file does not hold all of its values/);
+  assert.doesNotMatch(await visit.page.locator('body').textContent(), /As it was saved|nothing to discard/);
+  await visit.get('save-failed-close').click();
+  await visit.untilShown(kBrightness, 63);
+  assert.equal(await s.camera.value(kBrightness), 63);
 });
 
 story('A factory reset asks for a word, and brings back what the camera came with', async (s) => {

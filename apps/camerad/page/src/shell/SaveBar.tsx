@@ -12,37 +12,55 @@ import { Dialog } from '../ui/Dialog';
 
 const nameOf = (index: number) => schemes.value?.schemes.find((scheme) => scheme.index === index)?.name ?? `Scheme ${index + 1}`;
 
+const kWindowCodes = [505, 506, 507]; // of a scheme that was not stored because of its window; 0: because of anything else
+
+interface Left {
+  title: string;
+  failed: SaveFailure[];
+}
+
 // What is in force and not yet on flash, with the two ways to end that.
 export function SaveBar() {
   const [open, setOpen] = useState<'' | 'list' | 'discard'>('');
-  const [failed, setFailed] = useState<SaveFailure[]>([]);
+  const [left, setLeft] = useState<Left | null>(null); // what a save or a discard could not do
   const [working, setWorking] = useState(false);
   const count = unsavedCount.value;
   const reason = readOnlyReason.value || (working ? 'The camera is at work' : undefined);
 
+  const tell = (done: number[], failed: SaveFailure[], words: { done: string; none: string; title: string }) => {
+    setLeft(0 === failed.length ? null : { title: words.title, failed });
+    if (0 < done.length) {
+      notify(`${words.done}: ${listed(done.map(nameOf))}.`);
+    } else if (0 === failed.length) {
+      notify(words.none);
+    }
+  };
   const save = async () => {
     setWorking(true);
     await attempt(async () => {
-      const result = await api.save(channel.value);
-      const saved = result.saved ?? [];
-      setFailed(result.failed ?? []);
-      if (0 < saved.length) {
-        notify(`Saved: ${listed(saved.map(nameOf))}.`);
-      } else if (0 === (result.failed ?? []).length) {
-        notify('There was nothing to save.');
-      }
+      const { saved, failed } = await api.save(channel.value);
+      tell(saved ?? [], failed ?? [], {
+        done: 'Saved',
+        none: 'There was nothing to save.',
+        title: 'Not everything could be saved',
+      });
     }, 'Not saved: ');
     setWorking(false);
   };
   const discard = async () => {
     setWorking(true);
     await attempt(async () => {
-      const result = await api.discard(channel.value);
-      notify(`As it was saved: ${listed((result.discarded ?? []).map(nameOf)) || 'nothing had changed'}.`);
+      const { discarded, failed } = await api.discard(channel.value);
+      tell(discarded ?? [], failed ?? [], {
+        done: 'As it was saved',
+        none: 'There was nothing to discard.',
+        title: 'Not everything could be discarded',
+      });
     }, 'Not discarded: ');
     setWorking(false);
     setOpen('');
   };
+  const isOfWindow = left?.failed.some(({ code }) => kWindowCodes.includes(code)) ?? false;
   return (
     <div class="save-bar">
       {0 === count ? (
@@ -89,29 +107,37 @@ export function SaveBar() {
           </div>
         </Dialog>
       )}
-      {0 === failed.length ? null : (
-        <Dialog title="Some schemes could not be saved" testid="save-failed" onClose={() => setFailed([])}>
+      {null === left ? null : (
+        <Dialog title={left.title} testid="save-failed" onClose={() => setLeft(null)}>
           <div class="stack">
-            <ul>
-              {failed.map((failure) => (
-                <li key={failure.scheme}>
+            <ul data-testid="save-failed-list">
+              {left.failed.map((failure, place) => (
+                <li key={place}>
                   <strong>{nameOf(failure.scheme)}</strong>: {failure.detail}
                 </li>
               ))}
             </ul>
-            <p class="muted">Their values stay in force. Mend the window, then save again.</p>
+            {isOfWindow ? (
+              <p class="muted" data-testid="save-failed-window">
+                The values of a scheme with such a window stay in force. Mend the window, then save again.
+              </p>
+            ) : null}
             <div class="dialog-actions">
-              <Button onClick={() => setFailed([])}>Close</Button>
-              <Button
-                kind="primary"
-                data-testid="save-failed-go"
-                onClick={() => {
-                  setFailed([]);
-                  go({ view: 'schemes', tab: '' });
-                }}
-              >
-                Show the windows
+              <Button data-testid="save-failed-close" onClick={() => setLeft(null)}>
+                Close
               </Button>
+              {isOfWindow ? (
+                <Button
+                  kind="primary"
+                  data-testid="save-failed-go"
+                  onClick={() => {
+                    setLeft(null);
+                    go({ view: 'schemes', tab: '' });
+                  }}
+                >
+                  Show the windows
+                </Button>
+              ) : null}
             </div>
           </div>
         </Dialog>
