@@ -153,6 +153,7 @@ void FileAccessControl::load() {
     StoredAccess access;
     access.vecAccounts.push_back({kFirstAccount, Role::Admin, hashPassword(password, m_stSettings.nPasswordCost)});
     writePrivateFile(fileOf(m_stSettings.strFile), formatAccounts(access));
+    ++m_stCounters.nFlashWrites;
     m_stAccess = std::move(access);
     m_strFirstPassword = std::move(password);
 }
@@ -374,6 +375,7 @@ void FileAccessControl::store(StoredAccess p_stAccess) {
         throw Refusal(Refusal::Kind::Failed, "accounts-not-stored", error.what());
     }
     const Lock guard(m_objMutex);
+    ++m_stCounters.nFlashWrites;
     m_stAccess = std::move(p_stAccess);
 }
 

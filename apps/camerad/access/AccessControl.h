@@ -95,6 +95,7 @@ public:
     struct Counters {
         std::uint64_t nLogins = 0, nFailedLogins = 0, nSlowedLogins = 0;
         std::size_t nSessions = 0;
+        std::uint64_t nFlashWrites = 0;  // of the accounts file
     };
     virtual Counters counters() = 0;
 };

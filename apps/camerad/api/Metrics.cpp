@@ -67,8 +67,6 @@ void addHost(MetricsText& p_objText, const HostCounters& p_stCounters) {
     for (const auto& [why, count] : p_stCounters.mapSwitches) {
         p_objText.sample(number(count), {{"why", why}});
     }
-    p_objText.single("camerad_flash_writes_total", "counter", "Scheme files stored on flash.",
-                     number(p_stCounters.nFlashWrites));
     p_objText.single("camerad_library_messages_total", "counter", "Messages of the library.",
                      number(p_stCounters.nMessages));
 }
@@ -138,6 +136,9 @@ HttpResponse metrics(Api& p_stApi, double p_dStarted) {
     text.sample(number(access.nLogins), {{"result", "ok"}});
     text.sample(number(access.nFailedLogins), {{"result", "failed"}});
     text.sample(number(access.nSlowedLogins), {{"result", "slowed"}});
+    text.single("camerad_flash_writes_total", "counter",
+                "Files written to flash: stored schemes and their version, settings, message level, accounts.",
+                number(p_stApi.objHost.counters().nFlashWrites + access.nFlashWrites));
     text.single("camerad_sessions", "gauge", "Sessions now.", number(access.nSessions));
     text.single("process_resident_memory_bytes", "gauge", "Memory of the process that is in use.", residentBytes());
     text.single("process_cpu_seconds_total", "counter", "Processor time of the process.", processorSeconds());

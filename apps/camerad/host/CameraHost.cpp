@@ -177,7 +177,7 @@ private:
                 m_mutexInit,
                 [this](const std::string& p_strLine) { addMessage(p_strLine); },
                 [this](const std::string& p_strWhy) { m_objLog.countSwitch(p_strWhy); },
-                [this] { m_objLog.countStored(); },
+                [this](std::uint64_t p_nFiles) { m_objLog.countWrites(p_nFiles); },
                 [this](int p_nChannel) {
                     for (const auto& [nNumber, pChannel] : m_mapChannels) {
                         if (nNumber != p_nChannel) {
@@ -345,6 +345,7 @@ void Host::setMessageLevel(int p_nLevel, const Actor&) {
         file.write(strText.data(), nLength) != nLength || !file.close()) {
         throw Refusal(Refusal::Kind::Failed, "not-kept", std::string(kSignFile) + " cannot be written");
     }
+    m_objLog.countWrites(1);
     ++m_nLevelRevision;
     m_objEvents.publish("level", 0, toJson(levelNow()));
 }

@@ -44,7 +44,7 @@ struct HostCounters {
     std::map<std::pair<u32, std::string>, Command> mapDriver;  // command and option
     std::map<int, Command> mapNotifications;                   // key
     std::map<std::string, std::uint64_t> mapSwitches;          // why: host, schedule, day-night, start, reset
-    std::uint64_t nFlashWrites = 0;                            // scheme files stored
+    std::uint64_t nFlashWrites = 0;                            // files put in place, but those of accounts
     std::uint64_t nMessages = 0;                               // messages of the library
 };
 

@@ -1,5 +1,6 @@
 #include "apps/camerad/host/Channel.h"
 
+#include "apps/camerad/host/FlashWatch.h"
 #include "apps/camerad/host/PlainText.h"
 #include "apps/camerad/host/SchemeRules.h"
 #include "apps/camerad/host/SensorKeys.h"
@@ -15,6 +16,7 @@ namespace camerad {
 namespace {
 
 constexpr int kLooksForOneMoment = 5;  // reads of a whole scheme until no switch comes in between
+const char kVersionFile[] = "/mnt/mtd/code/config_file/snsversion.cfg";  // of the stored files of all channels
 const char kStart[] = "start";
 const char kReset[] = "reset";
 
@@ -156,7 +158,9 @@ void Channel::bringUp(const Actor& p_stActor, const std::string& p_strWhy) {
     m_stNow.strProblem.clear();
     try {
         std::unique_lock lock(m_stContext.objInit);
+        const FlashWatch objWatch(storedFiles());
         const bool bDone = m_pController->init(m_stDescription.objModule);
+        m_stContext.fnWritten(objWatch.written());
         lock.unlock();
         if (!bDone) {
             throw Refusal(Refusal::Kind::Failed, "not-ready", "its controller cannot be initialised");
@@ -247,6 +251,15 @@ void Channel::bringDown() {
     }
 }
 
+// What the controller writes when it starts and when it is reset: its own schemes, and the version.
+std::vector<std::string> Channel::storedFiles() const {
+    std::vector<std::string> vecFiles = {kVersionFile};
+    for (int i = 0; i < m_stDescription.nSchemes; ++i) {
+        vecFiles.push_back(apps::parameterFileName(number(), i));
+    }
+    return vecFiles;
+}
+
 void Channel::carryOutReset(const Actor& p_stActor) {
     if (nullptr == m_pController) {
         refuseNotReady(m_stNow);
@@ -258,11 +271,14 @@ void Channel::carryOutReset(const Actor& p_stActor) {
                         "nothing was done");
         throw Refusal(refusal.retryAfter(2));
     }
+    const FlashWatch objWatch(storedFiles());
     const bool bDone = m_pController->resetParameters();
+    m_stContext.fnWritten(objWatch.written());
     lock.unlock();
     std::optional<Refusal> notKept;
     try {
         m_stContext.objSettings.keep(number(), {});
+        m_stContext.fnWritten(1);
     } catch (const Refusal& objWhy) {
         notKept = objWhy;
     }

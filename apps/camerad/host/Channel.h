@@ -45,7 +45,7 @@ struct ChannelContext {
     std::mutex& objInit;
     std::function<void(const std::string&)> fnMessage;   // a line for the log
     std::function<void(const std::string&)> fnSwitched;  // why
-    std::function<void()> fnStored;                      // a scheme was written to flash
+    std::function<void(std::uint64_t)> fnWritten;        // so many files were written to flash
     std::function<void(int)> fnReset;                    // this channel was reset: the stored files of all are gone
 };
 
@@ -144,6 +144,7 @@ private:
     void takeUp();
     void applyStartingScheme();
     void bringDown();
+    std::vector<std::string> storedFiles() const;
     void carryOutReset(const Actor& p_stActor);
     void look();
     void lookAtLens();

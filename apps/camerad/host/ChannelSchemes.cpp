@@ -3,9 +3,11 @@
 // The controller sets, stores and discards the current scheme only. For another one the host goes there and comes back,
 // with automatic switching off on the way. The driver sees both switches; listeners see only what came of it.
 #include "apps/camerad/host/Channel.h"
+#include "apps/camerad/host/FlashWatch.h"
 #include "apps/camerad/host/PlainText.h"
 #include "apps/camerad/host/SchemeRules.h"
 #include "apps/camerad/host/SensorKeys.h"
+#include "apps/shared/ParameterFile.h"
 #include "platform/Clock.h"
 
 #include <algorithm>
@@ -101,6 +103,7 @@ SchemesView Channel::schemes() {
 void Channel::keepSettings(const ChannelSettings& p_stSettings) {
     m_stNow.stSettings = p_stSettings;
     m_stContext.objSettings.keep(number(), p_stSettings);
+    m_stContext.fnWritten(1);
 }
 
 // --- There and back ---
@@ -324,7 +327,9 @@ void Channel::saveEach(SaveResult& p_stResult) {
                  "on the way to it the camera refused a value; what it holds is stored: " + strRefused});
         }
         readValues();
+        const FlashWatch objWatch({apps::parameterFileName(number(), i)});
         const int nCode = m_pController->flush();
+        m_stContext.fnWritten(objWatch.written());
         readStored(i);
         Window window;
         for (const SchemeView& view : schemesOf(m_stNow).vecSchemes) {
@@ -336,7 +341,6 @@ void Channel::saveEach(SaveResult& p_stResult) {
             p_stResult.vecFailures.push_back({i, kRefusedByMedium, "the file could not be written; the old one stays"});
         } else {
             p_stResult.vecSchemes.push_back(i);
-            m_stContext.fnStored();
         }
     }
 }

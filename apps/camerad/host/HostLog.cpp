@@ -105,9 +105,9 @@ void HostLog::countSwitch(const std::string& p_strWhy) {
     ++m_stCounters.mapSwitches[p_strWhy];
 }
 
-void HostLog::countStored() {
+void HostLog::countWrites(std::uint64_t p_nFiles) {
     const Lock lock(m_mutex);
-    ++m_stCounters.nFlashWrites;
+    m_stCounters.nFlashWrites += p_nFiles;
 }
 
 std::vector<LogEntry> HostLog::entries(std::uint64_t p_nAfter, std::size_t p_nMost) const {

@@ -33,7 +33,7 @@ public:
     void add(const simcam::TranscriptEntry& p_stEntry);
     void addMessage(const std::string& p_strLine);
     void countSwitch(const std::string& p_strWhy);
-    void countStored();
+    void countWrites(std::uint64_t p_nFiles);  // of files on flash
 
     std::vector<LogEntry> entries(std::uint64_t p_nAfter, std::size_t p_nMost) const;
     HostCounters counters() const;

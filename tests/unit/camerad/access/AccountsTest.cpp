@@ -41,6 +41,19 @@ TEST_F(AccountsTest, AreMadeChangedAndRemoved) {
     EXPECT_THAT(names(), ElementsAre("admin admin", "guest viewer"));
 }
 
+TEST_F(AccountsTest, CountHowOftenTheyAreWritten) {
+    const std::uint64_t before = access().counters().nFlashWrites;
+    EXPECT_GE(before, 1u) << "the first account";
+    EXPECT_EQ(put("second", "second password", Role::Admin), "");
+    EXPECT_EQ(put("two words", "password", Role::Viewer), "bad-name");
+    EXPECT_EQ(login("second", "second password"), "");
+    EXPECT_EQ(access().counters().nFlashWrites, before + 1);
+    access().removeAccount("second");
+    EXPECT_EQ(access().counters().nFlashWrites, before + 2);
+    reopen();
+    EXPECT_EQ(access().counters().nFlashWrites, 0u) << "nothing has to be written again";
+}
+
 TEST_F(AccountsTest, OutliveTheProcess) {
     access();
     reopen();

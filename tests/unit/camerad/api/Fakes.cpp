@@ -357,7 +357,7 @@ void FakeAccess::removeToken(const std::string& p_strId) {
 }
 
 AccessControl::Counters FakeAccess::counters() {
-    return {5, 3, 1, 2};
+    return {5, 3, 1, 2, 6};
 }
 
 namespace {

@@ -108,7 +108,7 @@ TEST(Metrics, AreWellFormedAndComplete) {
         {"camerad_driver_failures_total{command=\"153\",option=\"get\"}", 0},
         {"camerad_notifications_total{key=\"2384\"}", 4},
         {"camerad_scheme_switches_total{why=\"schedule\"}", 3},
-        {"camerad_flash_writes_total", 12345678901},
+        {"camerad_flash_writes_total", 12345678907},
         {"camerad_library_messages_total", 0},
         {"camerad_http_requests_total" + route + ",status=\"200\"}", 3},
         {"camerad_http_requests_total" + route + ",status=\"404\"}", 2},

@@ -382,6 +382,22 @@ TEST(CameraHost, TheLogTellsDriverCallsAndMessages) {
     EXPECT_EQ(1u, counters.nMessages);
 }
 
+TEST(CameraHost, ADriverCallThatFailsIsCountedAsThat) {
+    Rig rig;
+    rig.start();
+    const camerad::HostCounters::Command before = rig.host().counters().mapDriver[{34, "set"}];
+    EXPECT_EQ(0u, before.nFailures);
+    rig.host().addFault("cmd=34 opt=set result=-5 times=1", kAnna);
+    EXPECT_TRUE(rig.set(34, 60).refusal);
+    camerad::HostCounters::Command now = rig.host().counters().mapDriver[{34, "set"}];
+    EXPECT_EQ(before.nCalls + 1, now.nCalls);
+    EXPECT_EQ(1u, now.nFailures);
+    EXPECT_FALSE(rig.set(34, 60).refusal);
+    now = rig.host().counters().mapDriver[{34, "set"}];
+    EXPECT_EQ(before.nCalls + 2, now.nCalls);
+    EXPECT_EQ(1u, now.nFailures);
+}
+
 TEST(CameraHost, DriverCallsAreToldTogetherAndTheRestIsCounted) {
     Rig rig;
     rig.start();

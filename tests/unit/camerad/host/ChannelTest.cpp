@@ -461,15 +461,40 @@ TEST_F(ChannelTest, SavingStoresEverySchemeWithChanges) {
     rig.set(34, 60);
     rig.channel().setWindow(2, {1, 0, 2, 0}, kAnna);
     const auto listener = rig.listen({1, {"scheme"}});
+    const std::uint64_t written = rig.host().counters().nFlashWrites;
     const camerad::SaveResult result = rig.channel().save(kAnna);
+    EXPECT_EQ(written + 2, rig.host().counters().nFlashWrites);
     EXPECT_THAT(result.vecSchemes, ElementsAre(0, 2));
     EXPECT_THAT(result.vecFailures, IsEmpty());
     EXPECT_THAT(unsavedOf(0), IsEmpty());
     EXPECT_THAT(unsavedOf(2), IsEmpty());
     EXPECT_EQ(0, rig.channel().schemes().nCurrent);
-    EXPECT_EQ(2u, rig.host().counters().nFlashWrites);
     EXPECT_THAT(listener->wait(std::chrono::milliseconds(0)), IsEmpty());
     EXPECT_THAT(rig.channel().save(kAnna).vecSchemes, IsEmpty());
+}
+
+TEST_F(ChannelTest, EveryFileThatIsWrittenIsCounted) {
+    constexpr std::uint64_t kSchemes = 4;
+    const auto fnWritten = [&] { return rig.host().counters().nFlashWrites; };
+    EXPECT_EQ(kSchemes + 1, fnWritten()) << "a first start stores every scheme and the version";
+    rig.set(34, 60);
+    rig.channel().discard(kAnna);
+    EXPECT_EQ(kSchemes + 1, fnWritten()) << "going back only reads";
+    rig.channel().setSchemeName(1, "Night", kAnna);
+    rig.channel().setAutomatic(true, kAnna);
+    EXPECT_EQ(kSchemes + 3, fnWritten()) << "settings";
+    rig.host().setMessageLevel(2, kAnna);
+    EXPECT_EQ(kSchemes + 4, fnWritten()) << "the sign file";
+    rig.channel().reset(kAnna);
+    EXPECT_EQ(2 * kSchemes + 6, fnWritten()) << "every scheme and the version again, and the settings";
+    rig.restart();
+    EXPECT_EQ(1u, fnWritten()) << "a start that finds its files writes the version only";
+    rig.set(34, 60);
+    rig.root().remove("/mnt/mtd/code/config_file/sensor0.cfg");
+    rig.root().makeFolder("/mnt/mtd/code/config_file/sensor0.cfg");
+    rig.channel().save(kAnna);
+    EXPECT_EQ(1u, fnWritten()) << "what could not be written was not";
+    rig.host().setMessageLevel(1, kAnna);
 }
 
 TEST_F(ChannelTest, AWindowSetKeyByKeyThatCannotBeStoredIsReported) {
