@@ -10,3 +10,6 @@ export const kBacklight = 128;
 export const kStartHour = 8001;
 export const kEndHour = 8003;
 export const kEndMinute = 8004;
+// A mode of the exposure, by which the driver decides on the choices of the longest exposure.
+export const kWideRange = 2368;
+export const kLongestExposure = 49;

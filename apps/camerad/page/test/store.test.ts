@@ -130,6 +130,22 @@ test('an event changes what is shown', async () => {
   assert.equal(store.values.value.byKey.get(34)?.unsaved, true);
 });
 
+test('when the ranges change, what can be set and what is set are asked for anew', async () => {
+  const before = camera.asked.length;
+  camera.tell('ranges', { channel: 2, ranges: [] }); // of a channel that is not shown
+  camera.change(60);
+  await until(() => 60 === shown());
+  assert.deepEqual(camera.asked.slice(before), []);
+  camera.revision += 1;
+  camera.value = 40;
+  const tabs = [{ key: 'image', label: 'Picture', groups: [] }];
+  camera.table.set('GET /channels/1/metadata', () => ({ body: { channel: 1, revision: camera.revision, tabs } }));
+  camera.tell('ranges', { channel: 1, ranges: [] });
+  await until(() => 40 === shown());
+  assert.deepEqual(store.metadata.value?.tabs, tabs);
+  assert.deepEqual(camera.asked.slice(before), ['GET /channels/1/metadata', 'GET /channels/1/parameters']);
+});
+
 test('what happens while everything is asked for is not lost', async () => {
   let answer: () => void = () => undefined;
   const ordinary = camera.table.get('GET /channels/1/parameters');
