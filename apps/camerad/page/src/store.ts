@@ -631,6 +631,16 @@ const loadMetadataSoon = soon(async () => {
   }
 });
 
+// The camera tells of its lens when it moves, not when the way it is moved has been set.
+export const loadLensSoon = soon(async () => {
+  const asked = channel.value;
+  const before = lens.value;
+  const view = await optional(api.lens(asked));
+  if (isStill(asked) && before === lens.value) {
+    lens.value = view; // what came meanwhile by an event is newer
+  }
+});
+
 // --- The connection ---
 
 const kSilence = 25_000; // the camera says something at least every 10 s

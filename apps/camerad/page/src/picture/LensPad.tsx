@@ -2,7 +2,7 @@ import type { ComponentChildren } from 'preact';
 import { useEffect, useRef, useState } from 'preact/hooks';
 
 import { api } from '../api';
-import { attempt, channel, lens, metadata, readOnlyReason, shownValue } from '../store';
+import { attempt, channel, lens, loadLensSoon, metadata, readOnlyReason, shownValue, values } from '../store';
 import type { LensAction } from '../types';
 import { Button } from '../ui/Button';
 import { Hold } from './hold';
@@ -12,6 +12,7 @@ import {
   focusModeText,
   irisText,
   kExposureMode,
+  kGoverning,
   lensReason,
   type Offer,
   offerOf,
@@ -35,6 +36,12 @@ export function LensPad() {
     const timer = setTimeout(() => setOwn(null), kPause);
     return () => clearTimeout(timer);
   }, [isMoving]);
+  const governed = kGoverning.map((key) => values.value.byKey.get(key)?.value).join();
+  useEffect(() => {
+    if (null !== lens.value) {
+      loadLensSoon();
+    }
+  }, [governed]);
   if (null === view || !offersAnything(offer)) {
     return null;
   }

@@ -15,6 +15,8 @@ const kKeys = {
   reset: 1616,
 };
 export const kExposureMode = 16;
+// Parameters of which it depends how the lens moves, and where the iris stands.
+export const kGoverning: readonly number[] = [kExposureMode, 80, 82, 1536];
 
 export interface Offer {
   zoom: boolean;
