@@ -69,7 +69,7 @@ story('By night the picture has no colours, and the badge says so', async (s) =>
   await visit.untilFrames(2);
   assert.equal(await visit.get('day-night-badge').getAttribute('data-state'), 'day');
   await visit.get('day-night-badge').click();
-  await until(async () => 'night' === (await visit.get('day-night-badge').getAttribute('data-state')), 'the badge says night');
+  await visit.untilDayNight('night');
   assert.deepEqual(await s.camera.request('GET', '/channels/1/day-night'), { state: 'night' });
   await visit.untilLooks((now) => colourOf(now) < 3, 'without colour');
   assert.match(await visit.get('picture').getAttribute('aria-label'), /night/);

@@ -4,9 +4,6 @@ import { kBrightness, kEndHour, kEndMinute, kStartHour } from '../support/keys.m
 import { story } from '../support/story.mjs';
 import { until } from '../support/until.mjs';
 
-const untilScheme = (visit, index) =>
-  until(async () => 'true' === (await visit.get(`scheme-${index}`).getAttribute('aria-pressed')), `scheme ${index} is in force`);
-
 async function setWindow(visit, index, from, to) {
   for (const [part, text] of [['to', '24:00'], ['from', from], ['to', to]]) {
     await visit.get(`time-${index}-${part}`).fill(text);
@@ -36,11 +33,11 @@ story('In the evening the camera takes the scheme of the evening by itself', asy
   const before = await visit.look();
   await visit.get('follow-schedule').click();
   await visit.get('automatic').click();
-  await untilScheme(visit, 0);
+  await visit.untilScheme(0);
   await until(async () => '1198' === (await visit.get('lane-0').getByTestId('now-marker').getAttribute('data-minute')),
     'the marker stands at 19:58');
   await s.camera.request('PUT', '/clock', { speed: 60, simulated: true });
-  await untilScheme(visit, 1);
+  await visit.untilScheme(1);
   await visit.untilText('scheme-mode', /time of day/);
   await visit.untilLooks((now) => now.mean < before.mean - 10, `the picture is darker than ${before.mean}`);
   await visit.goTo('settings', 'image');
@@ -56,14 +53,14 @@ story('When night falls the camera takes the second scheme, and the first again 
     const { follow, automatic } = await s.camera.request('GET', '/channels/1/schemes');
     return 'day-night' === follow && automatic;
   }, 'the camera follows day and night');
-  await untilScheme(visit, 0);
+  await visit.untilScheme(0);
   await s.camera.request('PATCH', '/scene', { light: { kind: 'fixed', lux: 0.01 } });
   await s.camera.request('PUT', '/clock', { simulated: true, speed: 60 });
-  await untilScheme(visit, 1);
-  await until(async () => 'night' === (await visit.get('day-night-badge').getAttribute('data-state')), 'it is night');
+  await visit.untilScheme(1);
+  await visit.untilDayNight('night');
   await s.camera.request('PATCH', '/scene', { light: { kind: 'fixed', lux: 20000 } });
-  await untilScheme(visit, 0);
-  await until(async () => 'day' === (await visit.get('day-night-badge').getAttribute('data-state')), 'it is day');
+  await visit.untilScheme(0);
+  await visit.untilDayNight('day');
 });
 
 story('A scheme that is pressed while the camera switches by itself ends that, and stays', async (s) => {
@@ -300,10 +297,10 @@ story('Each scheme has values of its own', async (s) => {
   await visit.type(kBrightness, 63);
   await visit.untilSeen('scheme-unsaved-0');
   await visit.get('scheme-1').click();
-  await untilScheme(visit, 1);
+  await visit.untilScheme(1);
   await visit.untilShown(kBrightness, 50);
   await visit.get('scheme-0').click();
-  await untilScheme(visit, 0);
+  await visit.untilScheme(0);
   await visit.untilShown(kBrightness, 63);
   assert.equal(await s.camera.value(kBrightness), 63);
 });

@@ -95,6 +95,21 @@ export class Visit {
     await this.get(`control-${key}-number`).press('Enter');
   }
 
+  // The chips of the schemes say so; they stand beside the settings and the schemes.
+  async untilScheme(index) {
+    await until(
+      async () => 'true' === (await this.get(`scheme-${index}`).getAttribute('aria-pressed')),
+      `scheme ${index} is in force`,
+    );
+  }
+
+  async untilDayNight(state) {
+    await until(
+      async () => state === (await this.get('day-night-badge').getAttribute('data-state')),
+      `the badge says ${state}`,
+    );
+  }
+
   async unsaved() {
     return Number(await this.get('unsaved-count').getAttribute('data-count'));
   }
