@@ -51,3 +51,24 @@ story('A thousand lines a second do not stop the page', async (s) => {
   await visit.untilSeen('log-lines');
   assert.ok((await visit.get('log-row').count()) < 200, 'only what can be seen is drawn');
 });
+
+story('The log has what was before the page came, also when more comes meanwhile', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('log');
+  let goOn;
+  const mayGoOn = new Promise((done) => (goOn = done));
+  let isAsked = false;
+  await visit.page.route('**/channels/1/metadata', async (route) => {
+    isAsked = true;
+    await mayGoOn;
+    await route.continue();
+  });
+  await visit.page.reload();
+  await until(() => isAsked, 'the page begins');
+  await set(s, 61);
+  await visit.untilLogged(new RegExp(`set ${kBrightness} 61\\b`));
+  goOn();
+  await visit.untilLive();
+  await visit.get('log-filter').fill(`"set ${kBrightness} "`);
+  await visit.untilLogged(new RegExp(`set ${kBrightness} 50\\b[^]*set ${kBrightness} 61\\b`));
+});

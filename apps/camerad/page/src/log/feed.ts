@@ -70,6 +70,7 @@ function fillWhenQuiet(): void {
 
 let isLoading = false;
 let isWanted = false;
+let isListed = false; // the list has been here
 
 async function load(): Promise<void> {
   if (isLoading) {
@@ -80,7 +81,11 @@ async function load(): Promise<void> {
   try {
     do {
       isWanted = false;
+      if (!isListed) {
+        ring.restart(); // what came before it as events stands in it, too, and much that is older
+      }
       await catchUp(ring, (after, limit) => api.log(after, limit));
+      isListed = true;
       changed();
     } while (isWanted);
     feedProblem.value = '';
