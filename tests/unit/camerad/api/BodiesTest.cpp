@@ -12,49 +12,11 @@ using nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-struct Row {
-    std::string strMethod;
-    std::string strTarget;  // with the examples of its parameters
-    json objBody;           // null for a route that needs none
-    bool bEmpty = false;    // it takes an empty one
-
-    friend void PrintTo(const Row& p_stRow, std::ostream* p_pStream) {
-        *p_pStream << p_stRow.strMethod << " " << p_stRow.strTarget;
-    }
-};
-
-std::vector<Row> allRows() {
-    std::vector<Row> vecRows;
-    for (const auto& path : description().at("paths").items()) {
-        for (const auto& operation : path.value().items()) {
-            Row row{operation.key(), path.key(), {}, false};
-            for (char& letter : row.strMethod) {
-                letter = static_cast<char>(letter - 'a' + 'A');
-            }
-            for (const json& reference : operation.value().value("parameters", json::array())) {
-                const json& parameter = resolved(reference);
-                const std::string part = "{" + parameter.at("name").get<std::string>() + "}";
-                const std::size_t at = row.strTarget.find(part);
-                if ("path" == parameter.at("in") && std::string::npos != at) {
-                    const json& example = parameter.at("example");
-                    row.strTarget.replace(at, part.size(),
-                                          example.is_string() ? example.get<std::string>() : example.dump());
-                }
-            }
-            if (operation.value().contains("requestBody")) {
-                const json& body = resolved(operation.value().at("requestBody"));
-                row.bEmpty = !body.at("required").get<bool>();
-                row.objBody = row.bEmpty ? json() : body.at("content").at("application/json").at("example");
-            }
-            vecRows.push_back(row);
-        }
-    }
-    return vecRows;
-}
+using Row = DescribedOperation;
 
 std::vector<Row> rowsWithBody() {
     std::vector<Row> vecRows;
-    for (const Row& row : allRows()) {
+    for (const Row& row : describedOperations()) {
         if (!row.objBody.is_null()) {
             vecRows.push_back(row);
         }
@@ -64,7 +26,7 @@ std::vector<Row> rowsWithBody() {
 
 std::vector<Row> rowsWithNothingToSay() {
     std::vector<Row> vecRows;
-    for (const Row& row : allRows()) {
+    for (const Row& row : describedOperations()) {
         if ("POST" == row.strMethod && row.objBody.is_null()) {
             vecRows.push_back(row);
         }
@@ -74,7 +36,7 @@ std::vector<Row> rowsWithNothingToSay() {
 
 std::vector<Row> rowsOfAChannel() {
     std::vector<Row> vecRows;
-    for (const Row& row : allRows()) {
+    for (const Row& row : describedOperations()) {
         if (std::string::npos != row.strTarget.find("/channels/1")) {
             vecRows.push_back(row);
         }

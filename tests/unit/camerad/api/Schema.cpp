@@ -3,6 +3,7 @@
 #include "apps/camerad/api/Embedded.h"
 
 #include <algorithm>
+#include <ostream>
 #include <regex>
 #include <set>
 
@@ -162,6 +163,39 @@ const json* operationOf(const std::string& p_strMethod, const std::string& p_str
     const json& paths = description().at("paths");
     const bool known = paths.contains(p_strPattern) && paths.at(p_strPattern).contains(method);
     return known ? &paths.at(p_strPattern).at(method) : nullptr;
+}
+
+void PrintTo(const DescribedOperation& p_stOperation, std::ostream* p_pStream) {
+    *p_pStream << p_stOperation.strMethod << " " << p_stOperation.strTarget;
+}
+
+std::vector<DescribedOperation> describedOperations() {
+    std::vector<DescribedOperation> vecOperations;
+    for (const auto& path : description().at("paths").items()) {
+        for (const auto& operation : path.value().items()) {
+            DescribedOperation one{operation.key(), path.key(), path.key(), {}, false};
+            for (char& letter : one.strMethod) {
+                letter = static_cast<char>(letter - 'a' + 'A');
+            }
+            for (const json& reference : operation.value().value("parameters", json::array())) {
+                const json& parameter = resolved(reference);
+                const std::string part = "{" + parameter.at("name").get<std::string>() + "}";
+                const std::size_t at = one.strTarget.find(part);
+                if ("path" == parameter.at("in") && std::string::npos != at) {
+                    const json& example = parameter.at("example");
+                    one.strTarget.replace(at, part.size(),
+                                          example.is_string() ? example.get<std::string>() : example.dump());
+                }
+            }
+            if (operation.value().contains("requestBody")) {
+                const json& body = resolved(operation.value().at("requestBody"));
+                one.bEmpty = !body.at("required").get<bool>();
+                one.objBody = one.bEmpty ? json() : body.at("content").at("application/json").at("example");
+            }
+            vecOperations.push_back(std::move(one));
+        }
+    }
+    return vecOperations;
 }
 
 std::vector<std::string> answerErrors(const std::string& p_strMethod, const std::string& p_strPattern,

@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,20 @@ const nlohmann::json& resolved(const nlohmann::json& p_objValue);
 
 // The operation of a route; null when the description has none.
 const nlohmann::json* operationOf(const std::string& p_strMethod, const std::string& p_strPattern);
+
+// An operation with the examples that stand beside it, ready to be asked.
+struct DescribedOperation {
+    std::string strMethod;
+    std::string strPattern;
+    std::string strTarget;   // the pattern with the examples of its parameters
+    nlohmann::json objBody;  // null for a route that needs none
+    bool bEmpty = false;     // it takes an empty one
+
+    friend void PrintTo(const DescribedOperation& p_stOperation, std::ostream* p_pStream);
+};
+
+// Every operation of the description.
+std::vector<DescribedOperation> describedOperations();
 
 // What is wrong with an answer of that route, by the description: its status, its type, every field.
 std::vector<std::string> answerErrors(const std::string& p_strMethod, const std::string& p_strPattern,
