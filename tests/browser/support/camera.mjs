@@ -80,7 +80,9 @@ export class Camera {
   }
 
   async #end(signal) {
-    if (undefined === this.child) {
+    // A program that could not be started has no number; Node.js would send its signal to everything that runs here.
+    if (undefined === this.child?.pid) {
+      this.child = undefined;
       return undefined;
     }
     this.child.kill(signal);
