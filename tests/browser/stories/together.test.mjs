@@ -73,6 +73,49 @@ story('Two pages that change the same at the same time show the same in the end'
   assert.deepEqual(await Promise.all(visits.map((visit) => visit.get('time-1-from').inputValue())), before);
 });
 
+story('An answer that comes late does not take the place of what has been heard since', async (s) => {
+  const [first, second] = [await s.visit(), await s.visit()];
+  let release;
+  const released = new Promise((done) => (release = done));
+  await first.page.route('**/api/v1/channels/1/**', async (route) => {
+    const response = await route.fetch();
+    if ('PATCH' === route.request().method()) {
+      await released;
+    }
+    await route.fulfill({ response });
+  });
+  const untilCamera = (what, ask) => until(ask, `the camera has ${what}`);
+  const startsAt = async () => (await s.camera.request('GET', '/channels/1/schemes')).schemes[1].window.start;
+
+  // The first page changes both, and is not answered; the second page changes both again, and the first page hears of it.
+  await first.goTo('settings', 'image');
+  await first.type(kBrightness, 10);
+  await untilCamera('brightness 10', async () => 10 === (await s.camera.value(kBrightness)));
+  await first.goTo('schemes');
+  await first.get('time-1-from').fill('02:00');
+  await first.get('time-1-from').press('Enter');
+  await untilCamera('02:00', async () => '02:00' === (await startsAt()));
+  await second.goTo('settings', 'image');
+  await second.type(kBrightness, 20);
+  await second.goTo('schemes');
+  await second.get('time-1-from').fill('03:00');
+  await second.get('time-1-from').press('Enter');
+  await untilCamera('03:00', async () => '03:00' === (await startsAt()));
+  await second.get('scheme-name-1').fill('Heard');
+  await second.get('scheme-name-1').press('Enter');
+  await first.untilText('scheme-1', /Heard/);
+  assert.equal(await first.get('time-1-from').inputValue(), '02:00');
+
+  release();
+  await until(async () => '02:00' !== (await first.get('time-1-from').inputValue()), 'the answer is in');
+  await untilTheyAgree([first, second], 'time-1-from', startsAt);
+  await untilTheyAgree([first, second], 'scheme-name-1', () => 'Heard');
+  for (const visit of [first, second]) {
+    await visit.goTo('settings', 'image');
+  }
+  await untilTheyAgree([first, second], `control-${kBrightness}`, () => 20);
+});
+
 story('How much the library says is the same on both pages', async (s) => {
   const visits = [await s.visit(), await s.visit()];
   for (const visit of visits) {

@@ -426,6 +426,8 @@ TEST(ChannelForPlatesTest, OutsideOfEveryWindowItStartsByDayAndNight) {
     rig.channel().setFollow("schedule", kAnna);
     rig.channel().setAutomatic(true, kAnna);
     EXPECT_THAT(rig.channel().save(kAnna).vecFailures, IsEmpty());
+    platform::Clock::advance(10000000);
+    EXPECT_TRUE(rig.channel().isNight());
     rig.stop();
     const auto listener = rig.listen({1, {"scheme"}});
     rig.start();
