@@ -14,6 +14,7 @@ using camerad::Refusal;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 namespace {
 
@@ -382,6 +383,39 @@ TEST(CameraHost, TheLogTellsDriverCallsAndMessages) {
     const camerad::HostCounters counters = rig.host().counters();
     EXPECT_GE(counters.mapDriver.at({34, "set"}).nCalls, 2u);
     EXPECT_EQ(1u, counters.nMessages);
+}
+
+TEST(CameraHost, WhatTheVideoModuleIsToldIsLoggedAndCountedBesideTheDriver) {
+    constexpr u32 kMirror = 2384;
+    Rig rig;
+    rig.start();
+    const auto listener = rig.listen({0, {"driver"}});
+    const std::uint64_t before = rig.host().log(0, 5000).back().nNumber;
+    const std::uint64_t told = rig.host().counters().mapNotifications[kMirror].nCalls;
+    ASSERT_FALSE(rig.set(kMirror, 1).refusal);
+    nlohmann::json video;
+    listener->await("driver", [&](const nlohmann::json& p_objData) {
+        for (const nlohmann::json& entry : p_objData["entries"]) {
+            if ("video" == entry["kind"] && entry["number"].get<std::uint64_t>() > before) {
+                video = entry;
+            }
+        }
+        return !video.is_null();
+    });
+    ASSERT_FALSE(video.is_null());
+    EXPECT_EQ(kMirror, video["command"]);
+    EXPECT_EQ(1, video["channel"]);
+    EXPECT_EQ("", video["option"]);
+    EXPECT_EQ(0, video["result"]);
+    std::vector<std::string> kinds;
+    for (const camerad::LogEntry& entry : rig.host().log(before, 5000)) {
+        if (kMirror == entry.nCommand) {
+            kinds.push_back(entry.strKind);
+        }
+    }
+    EXPECT_THAT(kinds, UnorderedElementsAre("driver", "video"));
+    EXPECT_EQ(told + 1, rig.host().counters().mapNotifications[kMirror].nCalls);
+    EXPECT_EQ(0u, rig.host().counters().mapNotifications[kMirror].nFailures);
 }
 
 TEST(CameraHost, ADriverCallThatFailsIsCountedAsThat) {
