@@ -13,7 +13,10 @@
 #include <csignal>
 #include <cstddef>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <future>
+#include <iterator>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -143,6 +146,18 @@ TEST(CameradProcess, EndsInTimeWhenItsStartHangs) {
     close(writer);
 }
 
+const char kMessage[] = R"("kind":"message")";
+
+// The log, once something that the library has printed stands in it, or after a minute.
+std::string logWithMessages(httplib::Client& p_objClient) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    std::string log;
+    do {
+        log = jsonOf(p_objClient.Get("/api/v1/log?after=0&limit=5000")).dump();
+    } while (std::string::npos == log.find(kMessage) && std::chrono::steady_clock::now() < end);
+    return log;
+}
+
 TEST(CameradProcess, TheLibrarysMessagesAreNoOutputButStandInTheLog) {
     const CameraTree tree;
     CameraProcess process(tree, kAnyPort);
@@ -150,24 +165,103 @@ TEST(CameradProcess, TheLibrarysMessagesAreNoOutputButStandInTheLog) {
     const auto client = process.client(process.password());
     jsonOf(client->Put("/api/v1/messages/level", R"({"level":8})", "application/json"));
     jsonOf(client->Put(std::string(kParameters) + "/34", R"({"value":62})", "application/json"));
-    const auto hasMessage = [&client] {
-        const json log = jsonOf(client->Get("/api/v1/log"));
-        for (const json& entry : log["entries"]) {
-            if ("message" == entry["kind"]) {
-                return true;
-            }
-        }
-        return false;
-    };
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    bool found = hasMessage();
-    while (!found && std::chrono::steady_clock::now() < end) {
-        found = hasMessage();
-    }
-    EXPECT_TRUE(found);
+    EXPECT_THAT(logWithMessages(*client), HasSubstr(kMessage));
     process.signal(SIGTERM);
     EXPECT_EQ(process.finish(), 0) << process.errors();
     EXPECT_THAT(process.lines(), SizeIs(2));
+}
+
+// What is between two marks of a text.
+std::string between(const std::string& p_strText, const std::string& p_strBegin, const std::string& p_strEnd) {
+    const std::size_t begin = p_strText.find(p_strBegin);
+    if (std::string::npos == begin) {
+        return "";
+    }
+    const std::size_t at = begin + p_strBegin.size();
+    return p_strText.substr(at, p_strText.find(p_strEnd, at) - at);
+}
+
+// Path and content of everything below a folder.
+std::vector<std::pair<std::string, std::string>> filesBelow(const std::string& p_strFolder) {
+    std::vector<std::pair<std::string, std::string>> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(p_strFolder)) {
+        if (entry.is_regular_file()) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            files.emplace_back(entry.path().string(), std::string(std::istreambuf_iterator<char>(file), {}));
+        }
+    }
+    return files;
+}
+
+TEST(CameradProcess, NoSecretIsLogged) {
+    const char kJson[] = "application/json";
+    const CameraTree tree;
+    CameraProcess process(tree, kAnyPort);
+    ASSERT_TRUE(process.waitUntilServing()) << process.errors();
+    const std::string first = process.password();
+    const std::string wrong = "a wrong password";
+    const std::string cut = "a password in half a body";
+    const std::string fresh = "the admin's next password";
+    const std::string guard = "the guard's own password";
+    const std::string stranger = "0123456789abcdef_not-a-token-of-this-camera";
+    const auto client = process.client(first);
+    jsonOf(client->Put("/api/v1/messages/level", R"({"level":8})", kJson));
+    jsonOf(client->Put(std::string(kParameters) + "/34", R"({"value":62})", kJson));
+
+    EXPECT_EQ(client->Post("/api/v1/session", json({{"name", "admin"}, {"password", wrong}}).dump(), kJson)->status,
+              401);
+    EXPECT_EQ(client->Post("/api/v1/session", R"({"name":"admin","password":")" + cut, kJson)->status, 400);
+    EXPECT_EQ(process.client(wrong)->Get(kParameters)->status, 401);
+    const auto asBearer = [](const std::string& p_strToken) {
+        return httplib::Headers{{"Authorization", "Bearer " + p_strToken}};
+    };
+    httplib::Client plain("127.0.0.1", process.port());
+    plain.set_read_timeout(60);
+    EXPECT_EQ(plain.Get(kParameters, asBearer(stranger))->status, 401);
+
+    const auto login = plain.Post("/api/v1/session", json({{"name", "admin"}, {"password", first}}).dump(), kJson);
+    const std::string proof = jsonOf(login)["csrf"];
+    const std::string cookie = between(login->get_header_value("Set-Cookie"), "camera_session=", ";");
+    const httplib::Headers session = {{"Cookie", "camera_session=" + cookie}, {"X-CSRF-Token", proof}};
+    jsonOf(plain.Put("/api/v1/accounts/guard", session, json({{"password", guard}, {"role", "viewer"}}).dump(), kJson));
+    const std::string token = jsonOf(
+        plain.Post("/api/v1/tokens", session, R"({"name":"script","role":"viewer","days":1})", kJson), 201)["token"];
+    jsonOf(plain.Get(kParameters, asBearer(token)));
+    EXPECT_EQ(
+        plain.Put("/api/v1/session/password", session, json({{"old", first}, {"new", fresh}}).dump(), kJson)->status,
+        204);
+
+    const auto reader = process.client(fresh);
+    std::vector<std::pair<std::string, std::string>> texts = {{"the log", logWithMessages(*reader)},
+                                                              {"the metrics", reader->Get("/metrics")->body}};
+    EXPECT_THAT(texts[0].second, HasSubstr(kMessage)) << "at this level the library tells everything";
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.finish(), 0) << process.errors();
+    texts.emplace_back("standard error", process.errors());
+    std::string output;
+    for (const std::string& line : process.lines()) {
+        output += std::string::npos == line.find("with the password ") ? line + "\n" : "";
+    }
+    texts.emplace_back("standard output", output);
+    bool hashed = false;
+    for (std::pair<std::string, std::string>& file : filesBelow(tree.path())) {
+        hashed = hashed || std::string::npos != file.second.find("$y$");
+        texts.push_back(std::move(file));
+    }
+    EXPECT_TRUE(hashed) << "the accounts are among the files";
+
+    std::vector<std::string> secrets = {first,    wrong,  cut,   fresh, guard,
+                                        stranger, cookie, proof, token, token.substr(token.find('_') + 1)};
+    for (const std::string& password : {first, wrong, fresh}) {
+        secrets.push_back(
+            httplib::make_basic_authentication_header("admin", password).second.substr(sizeof("Basic ") - 1));
+    }
+    for (const std::string& secret : secrets) {
+        ASSERT_GE(secret.size(), 8u);
+        for (const auto& [place, text] : texts) {
+            EXPECT_EQ(std::string::npos, text.find(secret)) << secret << " stands in " << place;
+        }
+    }
 }
 
 TEST(CameradProcess, SpeaksTlsWhereOthersReachIt) {
