@@ -72,3 +72,56 @@ story('The log has what was before the page came, also when more comes meanwhile
   await visit.get('log-filter').fill(`"set ${kBrightness} "`);
   await visit.untilLogged(new RegExp(`set ${kBrightness} 50\\b[^]*set ${kBrightness} 61\\b`));
 });
+
+// The lines that are shown, as a person reads them: without the names that the page adds.
+const shownLines = (visit) =>
+  visit.get('log-row').evaluateAll((rows) =>
+    rows.map((row) => [
+      row.querySelector('.log-time').textContent,
+      row.querySelector('.log-kind').textContent,
+      row.querySelector('.log-text').firstChild.textContent,
+    ]));
+
+async function filterBrightness(s, visit) {
+  await visit.goTo('log');
+  await visit.get('log-filter').fill(`"set ${kBrightness} "`);
+  for (const value of [41, 42, 43]) {
+    await set(s, value);
+    await visit.untilLogged(new RegExp(`set ${kBrightness} ${value}\\b`));
+  }
+}
+
+story('What is copied is what the filter lets through, line for line', async (s) => {
+  const visit = await s.visit();
+  await visit.page.context().grantPermissions(['clipboard-read', 'clipboard-write']);
+  await filterBrightness(s, visit);
+  await visit.get('log-copy').click();
+  await visit.page.getByText('4 lines are in the clipboard.').first().waitFor();
+  const copied = await visit.page.evaluate(() => navigator.clipboard.readText());
+  const lines = copied.split('\n');
+  assert.equal(lines.pop(), '', 'the last line is ended');
+  const shown = await shownLines(visit);
+  assert.equal(shown.length, 4, 'one from the start, and three');
+  assert.deepEqual(
+    lines.map((line) => line.split('  ')).map(([time, kind, , text]) => [time, kind, text]),
+    shown,
+  );
+});
+
+story('Where the clipboard is not to be had the page copies in another way, and says so when that fails too', async (s) => {
+  const visit = await s.visit();
+  await filterBrightness(s, visit);
+  await visit.page.evaluate(() => {
+    navigator.clipboard.writeText = () => Promise.reject(new DOMException('not allowed', 'NotAllowedError'));
+    document.addEventListener('copy', () => (window.copied = document.activeElement.value));
+  });
+  await visit.get('log-copy').click();
+  await visit.page.getByText('4 lines are in the clipboard.').first().waitFor();
+  const copied = await visit.page.evaluate(() => window.copied);
+  assert.deepEqual(copied.match(/set \d+ \d+/g), [50, 41, 42, 43].map((value) => `set ${kBrightness} ${value}`));
+  assert.equal(await visit.focused(), 'log-copy', 'the focus is where it was');
+
+  await visit.page.evaluate(() => (document.execCommand = () => false));
+  await visit.get('log-copy').click();
+  await visit.page.getByText('does not let this page write to the clipboard').first().waitFor();
+});
