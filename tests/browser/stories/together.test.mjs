@@ -190,12 +190,3 @@ story('A viewer sees everything and changes nothing', async (s) => {
   await visit.goTo('settings', 'image');
   await visit.untilShown(kBrightness, 63);
 });
-
-story('An account that is removed is shown the door', async (s) => {
-  await s.camera.request('PUT', '/accounts/guest', { password: 'only looking', role: 'viewer' });
-  const visit = await s.visit({ name: 'guest', password: 'only looking' });
-  await s.camera.request('DELETE', '/accounts/guest');
-  await visit.page.reload();
-  await visit.untilSeen('login-form');
-  await until(async () => !(await visit.isSeen('picture-panel')), 'no picture is left');
-});
