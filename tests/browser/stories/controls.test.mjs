@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 
-import { kBacklight, kBrightness, kContrast, kHighlights } from '../support/keys.mjs';
+import { kBacklight, kBrightness, kContrast, kDefog, kFocusOnce, kHighlights } from '../support/keys.mjs';
 import { story } from '../support/story.mjs';
 import { until } from '../support/until.mjs';
 
@@ -71,4 +71,23 @@ story('A control that another one switches off says why', async (s) => {
   await visit.get(`control-${kHighlights}`).click();
   await visit.untilGone(`reason-${kBacklight}`);
   assert.equal(await visit.get(`control-${kBacklight}`).isDisabled(), false);
+});
+
+story('A switch and a button do what they say, and the driver hears of it', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('settings', 'backlight');
+  const defog = visit.page.getByRole('switch', { name: 'Defog' });
+  assert.equal(await defog.isChecked(), false);
+  await defog.click();
+  await until(() => defog.isChecked(), 'the switch is on');
+  await until(async () => 1 === (await s.camera.value(kDefog)), 'the camera has it on');
+  await defog.press('Space');
+  await until(async () => 0 === (await s.camera.value(kDefog)), 'the camera has it off');
+  await visit.goTo('settings', 'focus');
+  await visit.get(`control-${kFocusOnce}`).click();
+  await visit.get(`param-${kFocusOnce}`).getByText('Sent').waitFor();
+  await visit.untilUnsaved(0);
+  await visit.goTo('log');
+  await visit.get('log-filter').fill('"ch0 set "');
+  await visit.untilLogged(new RegExp(`set ${kDefog} 1\\b[^]*set ${kDefog} 0\\b[^]*set ${kFocusOnce} \\d`));
 });

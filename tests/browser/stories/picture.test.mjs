@@ -114,6 +114,69 @@ story('The histogram and the comparison say in words what they show', async (s) 
   await visit.untilText('picture-compare-text', /\d/);
 });
 
+// Mean levels of the left and the right part of the picture as a person sees it, without what lies over its edges.
+async function halvesSeen(visit) {
+  const png = await visit.get('picture-frame').screenshot();
+  const aside = await visit.page.context().newPage(); // the page itself may not read such an address
+  const halves = await aside.evaluate(async (text) => {
+    const image = await createImageBitmap(await (await fetch(`data:image/png;base64,${text}`)).blob());
+    const canvas = new OffscreenCanvas(image.width, image.height).getContext('2d');
+    canvas.drawImage(image, 0, 0);
+    return [0.1, 0.6].map((from) => {
+      const [x, y, width, height] = [from * image.width, 0.4 * image.height, 0.3 * image.width, 0.4 * image.height];
+      const { data } = canvas.getImageData(Math.round(x), Math.round(y), Math.round(width), Math.round(height));
+      return data.reduce((sum, level, at) => sum + (3 === at % 4 ? 0 : level), 0) / (data.length * 0.75);
+    });
+  }, png.toString('base64'));
+  await aside.close();
+  return halves;
+}
+
+// The mean luminance of a canvas.
+async function levelOf(canvas) {
+  return canvas.evaluate((element) => {
+    const { data } = element.getContext('2d').getImageData(0, 0, element.width, element.height);
+    let sum = 0;
+    for (let at = 0; at < data.length; at += 4) {
+      sum += 0.299 * data[at] + 0.587 * data[at + 1] + 0.114 * data[at + 2];
+    }
+    return sum / (data.length / 4);
+  });
+}
+
+story('A comparison shows the picture from before on the left, the one of now on the right, and how far they are apart', async (s) => {
+  await s.camera.request('PATCH', '/scene', { car: false, wind: 0 });
+  const visit = await s.visit();
+  await visit.untilFrames(3);
+  const first = await visit.look();
+  const [left, right] = await halvesSeen(visit);
+  await visit.get('picture-compare').click();
+  await set(s, kBrightness, 80);
+  await visit.untilLooks((now) => now.mean > first.mean + 10, `brighter than ${first.mean}`);
+  await visit.get('picture-freeze').click();
+  await visit.untilSeen('picture-frozen');
+  const [before, now] = await halvesSeen(visit);
+  assert.ok(Math.abs(before - left) < 3, `on the left it is as it was, ${left}, not ${before}`);
+  assert.ok(now > right + 10, `on the right it is brighter than ${right}: ${now}`);
+
+  const kept = await levelOf(visit.page.locator('.picture-before canvas'));
+  const difference = (await levelOf(visit.get('picture'))) - kept;
+  assert.ok(difference > 10, `${difference}`);
+  let said;
+  await until(async () => {
+    said = /before (\d+), now (\d+), brighter by (\d+)/.exec(await visit.text('picture-compare-text'))?.slice(1).map(Number);
+    return undefined !== said && Math.abs(said[0] - kept) <= 2 && Math.abs(said[2] - difference) <= 2;
+  }, () => `it says that ${kept} became brighter by ${difference}, not ${said}`);
+
+  await visit.get('picture-divider').focus();
+  await visit.press('End');
+  const whole = await until(async () => {
+    const seen = await halvesSeen(visit);
+    return Math.abs(seen[1] - right) < 3 && seen;
+  }, 'the picture from before is everywhere');
+  assert.ok(Math.abs(whole[0] - left) < 3);
+});
+
 story('A picture can be downloaded', async (s) => {
   const visit = await s.visit();
   await visit.untilFrames(1);

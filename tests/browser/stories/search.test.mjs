@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 
-import { kBrightness, kContrast } from '../support/keys.mjs';
+import { kBrightness, kContrast, kMeteringArea } from '../support/keys.mjs';
 import { story } from '../support/story.mjs';
 import { until } from '../support/until.mjs';
 
@@ -32,4 +32,14 @@ story('A search for nothing says so', async (s) => {
   await visit.page.getByText('Nothing is called like that.').waitFor();
   await visit.get('search').press('Escape');
   assert.equal(await visit.get('search').inputValue(), '');
+});
+
+story('A search finds a parameter by what can be chosen', async (s) => {
+  const visit = await s.visit();
+  await visit.goTo('settings', 'image');
+  await visit.get('search').fill('upper half');
+  await visit.untilText(`hit-${kMeteringArea}`, /Metering area.*choice Upper half/);
+  await visit.get('search').press('Enter');
+  await visit.untilSeen(`control-${kMeteringArea}`);
+  assert.equal(await visit.get('tab-exposure').getAttribute('aria-selected'), 'true');
 });

@@ -13,3 +13,6 @@ export const kEndMinute = 8004;
 // A mode of the exposure, by which the driver decides on the choices of the longest exposure.
 export const kWideRange = 2368;
 export const kLongestExposure = 49;
+export const kDefog = 2400; // a switch
+export const kFocusOnce = 1539; // a button
+export const kMeteringArea = 96; // has choices
