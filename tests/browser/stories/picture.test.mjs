@@ -144,7 +144,7 @@ async function levelOf(canvas) {
   });
 }
 
-story('A comparison shows the picture from before on the left, the one of now on the right, and how far they are apart', async (s) => {
+story('A comparison shows before on the left, now on the right, and how far they are apart', async (s) => {
   await s.camera.request('PATCH', '/scene', { car: false, wind: 0 });
   const visit = await s.visit();
   await visit.untilFrames(3);

@@ -7,10 +7,19 @@ const kWide = { width: 1280, height: 900 };
 export const kPhone = { width: 360, height: 740 };
 
 export class Visit {
-  static async open(browser, url, { colors = 'light', size = kWide, reducedMotion = 'reduce' } = {}) {
-    // A camera's certificate is its own; a person looks at its fingerprint and goes on.
-    const ignoreHTTPSErrors = url.startsWith('https:');
-    const context = await browser.newContext({ viewport: size, colorScheme: colors, reducedMotion, ignoreHTTPSErrors });
+  static async open(
+    browser,
+    url,
+    { colors = 'light', size = kWide, reducedMotion = 'reduce', isTouched = false } = {},
+  ) {
+    const context = await browser.newContext({
+      viewport: size,
+      colorScheme: colors,
+      reducedMotion,
+      hasTouch: isTouched,
+      // A camera's certificate is its own; a person looks at its fingerprint and goes on.
+      ignoreHTTPSErrors: url.startsWith('https:'),
+    });
     const visit = new Visit(await context.newPage());
     await visit.page.goto(url);
     return visit;
