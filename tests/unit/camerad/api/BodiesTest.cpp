@@ -225,7 +225,7 @@ TEST_P(ChannelRoute, PassesEveryRefusalOn) {
     for (const Kind& kind :
          {Kind{Refusal::Kind::NotFound, 404}, Kind{Refusal::Kind::BadValue, 422}, Kind{Refusal::Kind::Refused, 422},
           Kind{Refusal::Kind::Conflict, 409}, Kind{Refusal::Kind::Busy, 409}, Kind{Refusal::Kind::Failed, 500}}) {
-        m_objCamera.objHost.objFirst.refusal = Refusal(kind.eKind, "why-not", "It cannot be done.");
+        m_objCamera.objHost.objFirst.refusal = Refusal(kind.eKind, "camera-refused", "It cannot be done.");
         const HttpResponse response = m_objCamera.call(GetParam().strMethod, GetParam().strTarget, body());
         if (200 != response.nStatus) {  // what is known already needs no camera
             EXPECT_EQ(response.nStatus, kind.nStatus);

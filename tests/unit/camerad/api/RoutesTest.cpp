@@ -47,7 +47,7 @@ TEST(SessionRoutes, ARefusedLoginSetsNoCookie) {
     EXPECT_EQ(response.nStatus, 401);
     EXPECT_THAT(response.vecHeaders, IsEmpty());
     camera.objAccess.refusal =
-        Refusal(Refusal::Kind::TooMany, "too-many-attempts", "Try again in 8 seconds.").retryAfter(8);
+        Refusal(Refusal::Kind::TooMany, "login-slowed", "Try again in 8 seconds.").retryAfter(8);
     const HttpResponse slowed = camera.call("POST", "/api/v1/session", R"({"name":"a","password":"b"})");
     EXPECT_EQ(slowed.nStatus, 429);
     EXPECT_THAT(slowed.vecHeaders, ElementsAre(Pair("Retry-After", "8")));
@@ -188,11 +188,11 @@ TEST(ParameterRoutes, WhatNoSchemeHoldsAnswersWithWhatWasSent) {
 
 TEST(ParameterRoutes, ARefusalNamesTheKey) {
     FakeCamera camera;
-    camera.objHost.objFirst.changeRefusal = Refusal(Refusal::Kind::BadValue, "out-of-range", "It takes 0 to 100.");
+    camera.objHost.objFirst.changeRefusal = Refusal(Refusal::Kind::BadValue, "bad-value", "It takes 0 to 100.");
     const HttpResponse response = camera.call("PUT", "/api/v1/channels/1/parameters/34", R"({"value":161})");
     EXPECT_EQ(response.nStatus, 422);
     EXPECT_EQ(json::parse(response.strBody).at("key"), 34);
-    EXPECT_EQ(json::parse(response.strBody).at("type"), "/problems/out-of-range");
+    EXPECT_EQ(json::parse(response.strBody).at("type"), "/problems/bad-value");
 }
 
 TEST(ParameterRoutes, ABusyChannelSaysWhenToTryAgain) {

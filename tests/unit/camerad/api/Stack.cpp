@@ -2,7 +2,13 @@
 
 #include "tests/unit/camerad/api/Schema.h"
 
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
 
 namespace {
 
@@ -107,6 +113,52 @@ StackStream::~StackStream() {
     m_objThread.join();
 }
 
+StackSocket::StackSocket(int p_nPort, bool p_bNarrow) : m_nSocket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    if (p_bNarrow) {
+        const int nLeast = 1;
+        setsockopt(m_nSocket, SOL_SOCKET, SO_RCVBUF, &nLeast, sizeof(nLeast));
+    }
+    const timeval stPatience{kSeconds, 0};
+    setsockopt(m_nSocket, SOL_SOCKET, SO_RCVTIMEO, &stPatience, sizeof(stPatience));
+    sockaddr_in stAddress{};
+    stAddress.sin_family = AF_INET;
+    stAddress.sin_port = htons(static_cast<std::uint16_t>(p_nPort));
+    stAddress.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(m_nSocket, reinterpret_cast<const sockaddr*>(&stAddress), sizeof(stAddress)), 0);
+}
+
+StackSocket::~StackSocket() {
+    if (-1 != m_nSocket) {
+        close(m_nSocket);
+    }
+}
+
+void StackSocket::send(const std::string& p_strBytes) const {
+    for (std::size_t nSent = 0; nSent < p_strBytes.size();) {
+        const ssize_t nNow = ::send(m_nSocket, p_strBytes.data() + nSent, p_strBytes.size() - nSent, MSG_NOSIGNAL);
+        if (nNow <= 0) {
+            return;  // the server has had enough of it, and says so in its answer
+        }
+        nSent += static_cast<std::size_t>(nNow);
+    }
+}
+
+std::string StackSocket::readToEnd() const {
+    std::string text;
+    std::array<char, 4096> bytes{};
+    for (ssize_t nGot = 0; (nGot = recv(m_nSocket, bytes.data(), bytes.size(), 0)) > 0;) {
+        text.append(bytes.data(), static_cast<std::size_t>(nGot));
+    }
+    return text;
+}
+
+void StackSocket::reset() {
+    const linger stAtOnce{1, 0};
+    setsockopt(m_nSocket, SOL_SOCKET, SO_LINGER, &stAtOnce, sizeof(stAtOnce));
+    close(m_nSocket);
+    m_nSocket = -1;
+}
+
 EventReader::EventReader(int p_nPort, const httplib::Headers& p_mapHeaders, const std::string& p_strQuery)
     : m_objStream(p_nPort, "/api/v1/events" + p_strQuery, p_mapHeaders,
                   [this](const char* p_pData, std::size_t p_nSize) { take(p_pData, p_nSize); }) {
@@ -166,7 +218,8 @@ std::map<std::string, int> EventReader::counts() const {
     return mapCounts;
 }
 
-Stack::Stack(const std::string& p_strVariant) : m_objRig(p_strVariant) {
+Stack::Stack(const std::string& p_strVariant, const Settings& p_stSettings)
+    : m_stSettings(p_stSettings), m_objRig(p_strVariant) {
     m_objRig.start();
     serve();
 }
@@ -183,8 +236,8 @@ void Stack::serve() {
         m_strPassword = *password;
     }
     camerad::PictureFeed::Settings picture;
-    picture.nWidth = 160;  // the picture itself is tested elsewhere
-    picture.nHeight = 90;
+    picture.nWidth = m_stSettings.nPictureWidth;
+    picture.nHeight = m_stSettings.nPictureHeight;
     for (const int channel : m_objRig.host().channels()) {
         m_mapFeeds[channel] =
             camerad::PictureFeed::create(m_objRig.camera(), channel, m_objRig.channel(channel).isThermal(), picture);
@@ -193,7 +246,7 @@ void Stack::serve() {
                                   [this] { return m_pServer->counters(); }, "1.1.0"});
     m_pRouter = std::make_unique<camerad::Router>();
     camerad::addRoutes(*m_pRouter, *m_pApi);
-    m_pServer = camerad::Server::create({}, *m_pRouter, *m_pAccess);
+    m_pServer = camerad::Server::create(m_stSettings.stServer, *m_pRouter, *m_pAccess);
     m_pServer->start();
 }
 

@@ -60,6 +60,23 @@ private:
     std::thread m_objThread;
 };
 
+// A connection that sends exactly the bytes it is told, and reads when it is told.
+class StackSocket {
+public:
+    // A narrow one takes as few bytes at a time as the system allows.
+    explicit StackSocket(int p_nPort, bool p_bNarrow = false);
+    ~StackSocket();
+    StackSocket(const StackSocket&) = delete;
+    StackSocket& operator=(const StackSocket&) = delete;
+
+    void send(const std::string& p_strBytes) const;
+    std::string readToEnd() const;  // everything until the server closes, a minute at most
+    void reset();                   // closes so that the server hears of it as of a fault
+
+private:
+    int m_nSocket = -1;
+};
+
 // Events as they come; every one is held against the description.
 class EventReader {
 public:
@@ -84,7 +101,13 @@ private:
 
 class Stack {
 public:
-    explicit Stack(const std::string& p_strVariant = "");
+    struct Settings {
+        camerad::ServerSettings stServer;
+        int nPictureWidth = 160;  // the picture itself is tested elsewhere
+        int nPictureHeight = 90;
+    };
+    explicit Stack(const std::string& p_strVariant = "") : Stack(p_strVariant, Settings{}) {}
+    Stack(const std::string& p_strVariant, const Settings& p_stSettings);
     ~Stack();
 
     // The process ends and begins anew on the same device root.
@@ -97,10 +120,12 @@ public:
     const std::string& password() const { return m_strPassword; }  // of the account "admin"
     std::unique_ptr<StackClient> admin();                          // logged in
     const camerad::Router& router() const { return *m_pRouter; }
+    camerad::AccessControl& access() { return *m_pAccess; }
 
 private:
     void serve();
 
+    const Settings m_stSettings;
     Rig m_objRig;
     std::string m_strPassword;
     std::unique_ptr<camerad::AccessControl> m_pAccess;

@@ -131,7 +131,7 @@ TEST(Events, EndWhenTheSessionEnds) {
 TEST(Events, GoOnWhileLoginsAreSlowed) {
     FakeCamera camera;
     const HttpResponse response = camera.call("GET", "/api/v1/events");
-    camera.objAccess.refusal = Refusal(Refusal::Kind::TooMany, "too-many-attempts", "Later.");
+    camera.objAccess.refusal = Refusal(Refusal::Kind::TooMany, "login-slowed", "Later.");
     EXPECT_EQ(
         countOf(readUntil(response, [](const std::string& p_strText) { return countOf(p_strText, "\n:\n\n") >= 3; }),
                 "\n:\n\n"),
