@@ -46,8 +46,7 @@ TEST(SessionRoutes, ARefusedLoginSetsNoCookie) {
     const HttpResponse response = camera.call("POST", "/api/v1/session", R"({"name":"a","password":"b"})");
     EXPECT_EQ(response.nStatus, 401);
     EXPECT_THAT(response.vecHeaders, IsEmpty());
-    camera.objAccess.refusal =
-        Refusal(Refusal::Kind::TooMany, "login-slowed", "Try again in 8 seconds.").retryAfter(8);
+    camera.objAccess.refusal = Refusal(Refusal::Kind::TooMany, "login-slowed", "Try again in 8 seconds.").retryAfter(8);
     const HttpResponse slowed = camera.call("POST", "/api/v1/session", R"({"name":"a","password":"b"})");
     EXPECT_EQ(slowed.nStatus, 429);
     EXPECT_THAT(slowed.vecHeaders, ElementsAre(Pair("Retry-After", "8")));

@@ -4,11 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <iostream>
 #include <set>
-
-#include <unistd.h>
 
 namespace {
 
@@ -237,54 +233,6 @@ TEST(CameraOverHttp, AStopEndsEveryStream) {
     EXPECT_TRUE(eventually([&] { return 2 == stack.counters().nStreams; }));
     stack.stop();
     EXPECT_TRUE(eventually([&] { return reader.hasEnded() && stream.hasEnded(); }));
-}
-
-std::size_t residentBytes() {
-    std::ifstream stream("/proc/self/statm");
-    std::size_t total = 0;
-    std::size_t resident = 0;
-    stream >> total >> resident;
-    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-}
-
-TEST(CameraOverHttp, SixtyFourClientsLoseNothingWhileParametersChange) {
-    constexpr int kReaders = 32;
-    constexpr int kViewers = 32;
-    constexpr int kChanges = 100;
-    constexpr std::size_t kMostGrowth = 400 * 1024 * 1024;  // clients, server and their stacks are all in this process
-    Stack stack;
-    const auto client = stack.admin();
-    client->json("PUT", kChannel + "/parameters/34", R"({"value":0})");
-    const std::size_t before = residentBytes();
-
-    std::vector<std::unique_ptr<EventReader>> vecReaders;
-    for (int i = 0; i < kReaders; ++i) {
-        vecReaders.push_back(std::make_unique<EventReader>(stack.port(), client->headers(), "?types=parameter"));
-    }
-    std::vector<std::unique_ptr<StackStream>> vecViewers;
-    for (int i = 0; i < kViewers; ++i) {
-        vecViewers.push_back(std::make_unique<StackStream>(stack.port(), kChannel + "/preview.mjpg?fps=5",
-                                                           client->headers(), [](const char*, std::size_t) {}));
-    }
-    ASSERT_TRUE(eventually([&] { return kReaders + kViewers == static_cast<int>(stack.counters().nStreams); }));
-    for (int i = 1; i <= kChanges; ++i) {
-        client->json("PUT", kChannel + "/parameters/34", json({{"value", i}}).dump());
-    }
-    for (const auto& reader : vecReaders) {
-        EXPECT_FALSE(reader->await("parameter", brightnessIs(kChanges)).is_null());
-        const std::map<std::string, int> counts = reader->counts();
-        const bool told = 0 != counts.count("resync");
-        for (int i = 1; !told && i <= kChanges; ++i) {
-            ASSERT_FALSE(reader->await("parameter", brightnessIs(i)).is_null()) << "value " << i << " was lost";
-        }
-    }
-    for (const auto& viewer : vecViewers) {
-        EXPECT_TRUE(eventually([&] { return viewer->bytes() > 3000; }));
-    }
-    const std::size_t after = residentBytes();
-    std::cout << "resident memory: " << before / 1024 << " KiB before, " << after / 1024 << " KiB with "
-              << kReaders + kViewers << " streams\n";
-    EXPECT_LT(after, before + kMostGrowth);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -134,6 +135,18 @@ bool CameraProcess::waitForPassword() {
 
 void CameraProcess::signal(int p_nSignal) const {
     kill(m_nChild, p_nSignal);
+}
+
+std::size_t CameraProcess::residentBytes() const {
+    constexpr std::size_t kKibi = 1024;
+    std::ifstream stream("/proc/" + std::to_string(m_nChild) + "/status");
+    for (std::string line; std::getline(stream, line);) {
+        if (0 == line.rfind("VmRSS:", 0)) {
+            return std::stoul(line.substr(line.find(':') + 1)) * kKibi;
+        }
+    }
+    ADD_FAILURE() << "nothing tells the memory of the process";
+    return 0;
 }
 
 int CameraProcess::finish() {

@@ -34,7 +34,8 @@ public:
     // Likewise up to that with the first password, which comes before the camera starts.
     bool waitForPassword();
     void signal(int p_nSignal) const;
-    int finish();  // waits for the end; exit status, 128 and the signal when a signal ended it
+    std::size_t residentBytes() const;  // memory of the process that is in use; with an emulator, of that
+    int finish();                       // waits for the end; exit status, 128 and the signal when a signal ended it
 
     const std::vector<std::string>& lines() const { return m_vecLines; }  // of standard output, as far as read
     std::string errors() const;                                           // standard error so far
