@@ -201,6 +201,8 @@ story('On a camera for number plates day and night decide where no window is, an
   assert.equal(await gap.getAttribute('title'), '12:00 to 24:00: Day by day, Night at night, no window matches');
   assert.match(await visit.get('lane-result').getAttribute('aria-label'), /12:00 to 24:00 Day by day, Night at night$/);
   assert.equal(await visit.get(`piece-${6 * 60}`).getAttribute('data-scheme'), '0');
+  const inForce = await visit.page.locator('table.windows tbody tr td:last-child').allTextContents();
+  assert.deepEqual(inForce.map((text) => text.trim()), ['06:00–08:00 else by day', '09:00–10:00 else at night', '10:00–11:00', '11:00–12:00']);
   await visit.get('follow-schedule').click();
   await visit.get('automatic').click();
   await visit.untilText('follow-says', /Outside of every window, by day the camera takes Day, at night Night\.$/);

@@ -157,7 +157,7 @@ function inForceText(view: View, scheme: SchemeView): string[] {
     view.gaps,
   );
   if (2 > scheme.index && day.some((piece) => null === piece.scheme)) {
-    times.push(`${0 === scheme.index ? 'by day' : 'at night'} where no window is`);
+    times.push(`else ${0 === scheme.index ? 'by day' : 'at night'}`);
   }
   return 0 === times.length ? ['never'] : times;
 }
