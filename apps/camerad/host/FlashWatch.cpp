@@ -23,10 +23,11 @@ std::uint64_t FlashWatch::written() const {
     return nWritten;
 }
 
-// The number of a file alone is not enough: a deleted one leaves its number to the next.
+// The number of a file alone is not enough: a deleted one leaves its number to the next. It may have more than 32 bits, also
+// for a 32-bit camera, where stat() fails then.
 FlashWatch::Identity FlashWatch::identityOf(const std::string& p_strFile) {
-    struct stat stFile {};
-    if (0 != stat(platform::devicePath(p_strFile).c_str(), &stFile) || !S_ISREG(stFile.st_mode)) {
+    struct stat64 stFile {};
+    if (0 != stat64(platform::devicePath(p_strFile).c_str(), &stFile) || !S_ISREG(stFile.st_mode)) {
         return std::nullopt;
     }
     return std::make_tuple(static_cast<std::uint64_t>(stFile.st_ino), static_cast<std::int64_t>(stFile.st_mtim.tv_sec),
