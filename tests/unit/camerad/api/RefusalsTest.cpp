@@ -86,8 +86,8 @@ public:
     }
 
     // By somebody else, or in another way.
-    Answer askWith(const httplib::Headers& p_mapHeaders, const std::string& p_strMethod,
-                   const std::string& p_strTarget, const std::string& p_strBody = "") {
+    Answer askWith(const httplib::Headers& p_mapHeaders, const std::string& p_strMethod, const std::string& p_strTarget,
+                   const std::string& p_strBody = "") {
         StackClient client(m_objStack.port());
         for (const auto& [name, value] : p_mapHeaders) {
             client.header(name, value);
@@ -202,15 +202,21 @@ std::vector<Row> rowsOfLogins() {
         {"bad-credentials", 401, "case-sensitive",
          [](Bench& b) { return b.askWith({}, "POST", "/api/v1/session", R"({"name":"admin","password":"no"})"); }},
         {"session-over", 401, "log in again",
-         [](Bench& b) { return b.askWith({{"Cookie", "camera_session=gone"}}, "GET", "/api/v1/session"); }},
+         [](Bench& b) {
+             return b.askWith({{"Cookie", "camera_session=gone"}}, "GET", "/api/v1/session");
+         }},
         {"ambiguous-session", 401, "delete the cookies",
          [](Bench& b) {
              return b.askWith({{"Cookie", "camera_session=a; camera_session=b"}}, "GET", "/api/v1/session");
          }},
         {"bad-authorization", 401, "Basic and Bearer are",
-         [](Bench& b) { return b.askWith({{"Authorization", "Digest x"}}, "GET", "/api/v1/session"); }},
+         [](Bench& b) {
+             return b.askWith({{"Authorization", "Digest x"}}, "GET", "/api/v1/session");
+         }},
         {"bad-token", 401, "An admin can make a new one",
-         [](Bench& b) { return b.askWith({{"Authorization", "Bearer unknown"}}, "GET", "/api/v1/session"); }},
+         [](Bench& b) {
+             return b.askWith({{"Authorization", "Bearer unknown"}}, "GET", "/api/v1/session");
+         }},
         {"basic-not-taken", 401, "use https", [](Bench&) { return Door().identify("Basic YW5uYTp4"); }},
         {"token-expired", 401, "an admin can make a new one", [](Bench&) { return expiredToken(); }},
         {"login-slowed", 429, "and try again", [](Bench&) { return slowedLogin(); }},
@@ -315,8 +321,7 @@ Answer oneStreamTooMany(Bench& p_objBench) {
     settings.nStreams = 0;
     const auto server = p_objBench.server(settings);
     const std::string authorization = p_objBench.token("viewer").begin()->second;
-    return Bench::raw(server->port(),
-                      Bench::head("GET", "/api/v1/events", "Authorization: " + authorization + "\r\n"));
+    return Bench::raw(server->port(), Bench::head("GET", "/api/v1/events", "Authorization: " + authorization + "\r\n"));
 }
 
 // A handler that fails in a way that nobody has foreseen.
@@ -343,12 +348,14 @@ std::vector<Row> rowsOfRequests() {
         {"bad-header", 400, "is there twice",
          [](Bench& b) { return b.get("/", "Content-Type: a/b\r\nContent-Type: c/d\r\n"); }},
         {"bad-length", 400, "not a number of bytes", [](Bench& b) { return b.post("Content-Length: x\r\n"); }},
-        {"bad-body", 400, "hexadecimal number", [](Bench& b) { return b.post("Transfer-Encoding: chunked\r\n", "zz\r\n"); }},
+        {"bad-body", 400, "hexadecimal number",
+         [](Bench& b) { return b.post("Transfer-Encoding: chunked\r\n", "zz\r\n"); }},
         {"bad-encoding", 415, "without Content-Encoding",
          [](Bench& b) { return b.post("Content-Length: 2\r\nContent-Encoding: gzip\r\n", "{}"); }},
         {"bad-expectation", 417, "100-continue", [](Bench& b) { return b.get("/", "Expect: a-miracle\r\n"); }},
         {"no-such-encoding", 501, "chunked", [](Bench& b) { return b.post("Transfer-Encoding: gzip\r\n"); }},
-        {"no-such-version", 505, "HTTP/1.1", [](Bench& b) { return b.raw("GET / HTTP/9.9\r\nHost: localhost\r\n\r\n"); }},
+        {"no-such-version", 505, "HTTP/1.1",
+         [](Bench& b) { return b.raw("GET / HTTP/9.9\r\nHost: localhost\r\n\r\n"); }},
         {"no-such-method", 405, "this path takes", [](Bench& b) { return b.raw(Bench::head("PUT", "/healthz", "")); }},
         {"no-such-path", 404, "see /api", [](Bench& b) { return b.get("/nowhere"); }},
         {"not-this-host", 421, "use its address",
@@ -462,9 +469,11 @@ Answer notKept() {
 
 Answer internalFailure() {
     using namespace std::chrono_literals;
-    camerad::Worker worker({4, 5ms, "channel 1"}, [] {}, [](const std::string&) {});
+    camerad::Worker worker(
+        {4, 5ms, "channel 1"}, [] {}, [](const std::string&) {});
     return refused([&] {
-        worker.run([] { throw std::runtime_error("broken"); }, camerad::Worker::Clock::now() + std::chrono::seconds(30));
+        worker.run([] { throw std::runtime_error("broken"); },
+                   camerad::Worker::Clock::now() + std::chrono::seconds(30));
     });
 }
 
@@ -498,15 +507,11 @@ std::vector<Row> rowsOfTheCamera() {
              return b.ask("PATCH", kFirst + "/schemes/1", R"({"window":{"start":"21:00","end":"20:00"}})");
          }},
         {"no-schedule", 409, "no schemes that could switch",
-         [](Bench&) {
-             return withStyle(withoutSchedule, [](Rig& r) { r.channel().setFollow("schedule", kAnna); });
-         }},
+         [](Bench&) { return withStyle(withoutSchedule, [](Rig& r) { r.channel().setFollow("schedule", kAnna); }); }},
         {"too-many-faults", 409, "remove one first", oneFaultTooMany},
         {"not-kept", 500, "not after a restart", [](Bench&) { return notKept(); }},
         {"not-ready", 500, "channel 1 is not ready",
-         [](Bench&) {
-             return withStyle([](const std::string&) { return ""; }, [](Rig& r) { r.channel().values(); });
-         }},
+         [](Bench&) { return withStyle([](const std::string&) { return ""; }, [](Rig& r) { r.channel().values(); }); }},
         {"reset-failed", 500, "did not come to its end", [](Bench&) { return failsAtReset(); }},
         {"internal", 500, "broken", [](Bench&) { return internalFailure(); }},
         {"style-document", 500, "style document",
@@ -523,8 +528,7 @@ const std::set<std::string> kNotProvoked = {
 TEST(Refusals, EachTypeComesAboutAndHelps) {
     Bench bench;
     std::set<std::string> setSeen = kNotProvoked;
-    for (const auto& fnRows :
-         {rowsOfLogins, rowsOfAccounts, rowsOfRequests, rowsOfUnknownThings, rowsOfTheCamera}) {
+    for (const auto& fnRows : {rowsOfLogins, rowsOfAccounts, rowsOfRequests, rowsOfUnknownThings, rowsOfTheCamera}) {
         for (const Row& row : fnRows()) {
             SCOPED_TRACE(row.szType);
             const Answer answer = row.fnProvoke(bench);

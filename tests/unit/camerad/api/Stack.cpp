@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -42,6 +43,7 @@ std::string patternOf(const std::string& p_strMethod, const std::string& p_strPa
 
 StackClient::StackClient(int p_nPort) : m_objClient("127.0.0.1", p_nPort) {
     m_objClient.set_keep_alive(true);
+    m_objClient.set_tcp_nodelay(true);  // head and body go one after the other
     m_objClient.set_read_timeout(kSeconds);
 }
 
@@ -207,6 +209,15 @@ json EventReader::await(const std::string& p_strType, const std::function<bool(c
         return false;
     });
     return came ? found : json();
+}
+
+std::function<bool(const json&)> brightnessIs(int p_nValue) {
+    return [p_nValue](const json& p_objEvent) {
+        const json& changes = p_objEvent.at("changes");
+        return std::any_of(changes.begin(), changes.end(), [p_nValue](const json& p_objChange) {
+            return 34 == p_objChange.at("key") && p_nValue == p_objChange.at("value");
+        });
+    };
 }
 
 std::map<std::string, int> EventReader::counts() const {

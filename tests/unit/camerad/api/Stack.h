@@ -99,6 +99,9 @@ private:
     StackStream m_objStream;  // last: its thread uses the rest
 };
 
+// Whether an event "parameter" tells this brightness.
+std::function<bool(const nlohmann::json&)> brightnessIs(int p_nValue);
+
 class Stack {
 public:
     struct Settings {

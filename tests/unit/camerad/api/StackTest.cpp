@@ -16,19 +16,6 @@ using testing::StartsWith;
 
 const std::string kChannel = "/api/v1/channels/1";
 
-json brightness(const json& p_objEvent) {
-    for (const json& change : p_objEvent.at("changes")) {
-        if (34 == change.at("key")) {
-            return change.at("value");
-        }
-    }
-    return nullptr;
-}
-
-std::function<bool(const json&)> brightnessIs(int p_nValue) {
-    return [p_nValue](const json& p_objEvent) { return p_nValue == brightness(p_objEvent); };
-}
-
 TEST(CameraOverHttp, NobodySeesAnythingWithoutALogin) {
     Stack stack;
     StackClient client(stack.port());

@@ -187,6 +187,7 @@ std::unique_ptr<httplib::Client> CameraProcess::client(const std::string& p_strP
                                                     std::to_string(port()));
     client->enable_server_certificate_verification(false);
     client->set_read_timeout(kPatience);
+    client->set_tcp_nodelay(true);  // head and body go one after the other
     client->set_basic_auth("admin", p_strPassword);
     return client;
 }
