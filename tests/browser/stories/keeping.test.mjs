@@ -30,12 +30,14 @@ story('What is saved is there after a restart: values, windows, names and switch
   await visit.get('automatic').click();
   await until(async () => (await s.camera.request('GET', '/channels/1/schemes')).automatic, 'the camera switches itself');
   await visit.save();
-  const before = await s.camera.request('GET', '/channels/1/schemes');
+  // The revision begins anew with the process.
+  const kept = async () => ({ ...(await s.camera.request('GET', '/channels/1/schemes')), revision: undefined });
+  const before = await kept();
 
   assert.deepEqual(await s.camera.stop(), { code: 0, signal: null });
   await s.camera.start();
 
-  assert.deepEqual(await s.camera.request('GET', '/channels/1/schemes'), before);
+  assert.deepEqual(await kept(), before);
   const again = await s.visit();
   await again.goTo('schemes');
   await again.untilText('scheme-0', new RegExp(`^${kNames[0]}`));

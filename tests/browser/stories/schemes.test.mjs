@@ -71,10 +71,10 @@ story('A scheme that is pressed while the camera switches by itself ends that, a
   await visit.get('automatic').click();
   await visit.untilText('scheme-mode', /^Switched by the time of day$/);
   assert.equal(await visit.get('automatic').isChecked(), true);
-  await untilScheme(visit, 0);
+  await visit.untilScheme(0);
   await visit.get('scheme-1').click();
   await visit.untilText('notices', /Automatic switching is off now, so that your choice stays\./);
-  await untilScheme(visit, 1);
+  await visit.untilScheme(1);
   await visit.untilText('scheme-mode', /^Chosen by hand$/);
   assert.equal(await visit.get('automatic').isChecked(), false);
   await visit.untilText('follow-says', /^Switching is off/);
@@ -83,7 +83,7 @@ story('A scheme that is pressed while the camera switches by itself ends that, a
   await until(async () => '2026-06-01T12:01:00' < (await s.camera.request('GET', '/clock')).time, 'a minute has gone by');
   const { automatic, current, follow } = await s.camera.request('GET', '/channels/1/schemes');
   assert.deepEqual({ automatic, current, follow }, { automatic: false, current: 1, follow: 'schedule' });
-  await untilScheme(visit, 1);
+  await visit.untilScheme(1);
 });
 
 story('The time line says where no window is, where several are, and which never counts', async (s) => {
@@ -208,9 +208,9 @@ story('On a camera for number plates day and night decide where no window is, an
   await visit.untilText('follow-says', /Outside of every window, by day the camera takes Day, at night Night\.$/);
   await s.camera.request('PUT', '/clock', { simulated: true, time: '2026-06-01T15:00:00', speed: 60 });
   await s.camera.request('PATCH', '/scene', { light: { kind: 'fixed', lux: 0.01 } });
-  await untilScheme(visit, 1);
+  await visit.untilScheme(1);
   await s.camera.request('PATCH', '/scene', { light: { kind: 'fixed', lux: 20000 } });
-  await untilScheme(visit, 0);
+  await visit.untilScheme(0);
 }, { variant: 'plate' });
 
 story('A window that cannot be stored is explained before it is sent', async (s) => {

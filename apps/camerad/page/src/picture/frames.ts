@@ -18,6 +18,7 @@ export class FramePainter {
   private isDecoding = false;
   private measuredAt = -Infinity;
   private painted = 0;
+  private measured = 0; // the one of those painted that was measured last
   private forgotten = 0; // times
   private isClosed = false;
 
@@ -56,10 +57,13 @@ export class FramePainter {
     return { jpeg: this.newest, histogram: this.measure() };
   }
 
-  // What has come and is not drawn yet stays undrawn.
+  // What has come and is not drawn yet stays undrawn. What is drawn stays, so that its levels are told whenever they were last.
   forget(): void {
     this.forgotten += 1;
     this.waiting = null;
+    if (!this.isClosed && this.painted > this.measured) {
+      this.tellHistogram();
+    }
   }
 
   close(): void {
@@ -99,8 +103,13 @@ export class FramePainter {
     this.rate.add(now);
     if (now - this.measuredAt >= kMeasurePause) {
       this.measuredAt = now;
-      this.onHistogram(this.measure());
+      this.tellHistogram();
     }
+  }
+
+  private tellHistogram(): void {
+    this.measured = this.painted;
+    this.onHistogram(this.measure());
   }
 
   private measure(): Histogram {
